@@ -1,0 +1,38 @@
+# bonkora_target(NAME): what every target of ours has in common.
+function(bonkora_target name)
+    target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR})
+    target_compile_options(${name} PRIVATE
+        -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wold-style-cast
+        -Wnon-virtual-dtor -Woverloaded-virtual -Wcast-align -Wformat=2)
+    if(BONKORA_WARNINGS_AS_ERRORS)
+        target_compile_options(${name} PRIVATE -Werror)
+    endif()
+    if(BONKORA_SANITIZE)
+        target_compile_options(${name} PRIVATE -fsanitize=${BONKORA_SANITIZE}
+            -fno-sanitize-recover=all -fno-omit-frame-pointer)
+        target_link_options(${name} PRIVATE -fsanitize=${BONKORA_SANITIZE})
+    endif()
+endfunction()
+
+# bonkora_library(NAME sources...): a static library of one room; the linker keeps the walls.
+function(bonkora_library name)
+    add_library(${name} STATIC ${ARGN})
+    bonkora_target(${name})
+endfunction()
+
+# bonkora_program(TARGET OUTPUT FOLDER sources...): a program inside the application folder.
+function(bonkora_program target output folder)
+    add_executable(${target} ${ARGN})
+    bonkora_target(${target})
+    set_target_properties(${target} PROPERTIES
+        OUTPUT_NAME ${output}
+        RUNTIME_OUTPUT_DIRECTORY ${BONKORA_BUNDLE}/Contents/${folder})
+endfunction()
+
+# bonkora_unit_test(NAME sources...): a GoogleTest program, each of whose tests is one of CTest's.
+function(bonkora_unit_test name)
+    add_executable(${name} ${ARGN})
+    bonkora_target(${name})
+    target_link_libraries(${name} PRIVATE GTest::gtest GTest::gmock)
+    gtest_discover_tests(${name} TEST_PREFIX "${name}." DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 120)
+endfunction()

@@ -1,0 +1,57 @@
+// Process: a passive handle of one child process, its output pipe and its end.
+//
+// Set up and started on one thread; the handlers run on background threads: chunks of output one
+// after another on one, the end of the child on another, in no fixed order between the two (a
+// grandchild may hold the pipe open after the child has ended). Destroying the handle signals
+// nothing: the child runs on, its output is still drained and handed on, and it is still reaped.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/LaunchError.h"
+
+namespace bonkora::platform {
+
+class Process {
+  public:
+    // What one read of at most 64 KiB gave. Empty once, at the end of the output.
+    using ReadabilityHandler = std::function<void(std::string_view chunk)>;
+    // The exit code, or the number of the signal that ended the child.
+    using TerminationHandler = std::function<void(int status)>;
+
+    Process() = default;
+    Process(const Process&) = delete;
+    Process& operator=(const Process&) = delete;
+    virtual ~Process() = default;
+
+    std::string executablePath;
+    std::vector<std::string> arguments;  // without the program's own name
+    // Standard output and standard error together. Without a handler they are drained and lost.
+    ReadabilityHandler readabilityHandler;
+    TerminationHandler terminationHandler;
+
+    // Starts the child, once: standard input, environment and working directory are inherited, no
+    // other descriptor is; its process group is new, its signal mask and dispositions the default.
+    // Returns why it could not be started; nothing is left behind then and no handler is called.
+    virtual std::optional<LaunchError> run() = 0;
+
+    // Of the child; 0 before a successful run().
+    virtual int processIdentifier() const = 0;
+    virtual bool isRunning() const = 0;
+
+    // Asks the child, and it alone, to end (SIGTERM). Does nothing before run() and once the child
+    // has ended, also when its number has been given to another process since.
+    virtual void terminate() = 0;
+};
+
+using ProcessFactory = std::function<std::shared_ptr<Process>()>;
+
+// A child of this program, started with posix_spawn.
+std::shared_ptr<Process> makePosixProcess();
+
+}  // namespace bonkora::platform

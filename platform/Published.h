@@ -1,0 +1,41 @@
+// Published<T>: a property of an ObservableObject that reads like a plain field. Every assignment,
+// also of an equal value, first announces on the owner and then stores. The owner's thread only.
+#pragma once
+
+#include <ostream>
+#include <utility>
+
+#include "platform/ObservableObject.h"
+
+namespace bonkora::platform {
+
+template <typename T>
+class Published {
+  public:
+    Published(ObservableObject& owner, T initial) : owner(owner), value(std::move(initial)) {}
+    Published(const Published&) = delete;
+    Published& operator=(const Published&) = delete;
+    ~Published() = default;
+
+    Published& operator=(T newValue) {
+        owner.objectWillChange.send();
+        value = std::move(newValue);
+        return *this;
+    }
+
+    const T& get() const { return value; }
+    operator const T&() const { return value; }  // NOLINT(google-explicit-constructor)
+
+    friend bool operator==(const Published& left, const T& right) { return left.value == right; }
+    friend std::ostream& operator<<(std::ostream& out, const Published& property) requires
+        requires(std::ostream& o, const T& v) {
+        o << v;
+    }
+    { return out << property.value; }
+
+  private:
+    ObservableObject& owner;
+    T value;
+};
+
+}  // namespace bonkora::platform

@@ -1,0 +1,10 @@
+// What a program does first: descriptors 0, 1 and 2 that came closed are opened on /dev/null, so
+// that no later file takes their number and receives console lines; a write to a pipe that has no
+// reader fails instead of ending the program. Main thread, before any other thread exists.
+#pragma once
+
+namespace bonkora::platform {
+
+void prepareStandardStreams();
+
+}  // namespace bonkora::platform
