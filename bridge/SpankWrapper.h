@@ -66,6 +66,7 @@ class SpankWrapper final : public platform::ObservableObject,
     void launchDirectWithAuthorizationService(const std::string& spankPath,
                                               const std::vector<std::string>& args);
     void parseOutput(std::string_view text);
+    void handleLine(std::string_view piece);
     void handleJSON(const DetectorEvent& event, std::string_view line);
     void countSlap();
     void startAfterPause();

@@ -12,7 +12,7 @@ namespace bonkora::platform {
 template <typename T>
 class Published {
   public:
-    Published(ObservableObject& owner, T initial) : owner(owner), value(std::move(initial)) {}
+    Published(ObservableObject& theOwner, T initial) : owner(theOwner), value(std::move(initial)) {}
     Published(const Published&) = delete;
     Published& operator=(const Published&) = delete;
     ~Published() = default;

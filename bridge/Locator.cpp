@@ -1,0 +1,52 @@
+#include "bridge/Locator.h"
+
+#include <filesystem>
+#include <optional>
+#include <system_error>
+
+#include "platform/FatalError.h"
+
+namespace bonkora {
+namespace {
+
+std::string executableLocation(const platform::Bundle& bundle) {
+    if (bundle.executablePath) {
+        return *bundle.executablePath;
+    }
+    if (bundle.arguments.empty()) {
+        platform::fatalError("the process has no arguments");
+    }
+    const std::string& path = bundle.arguments.front();
+    if (path.rfind('/', 0) == 0) {
+        return path;
+    }
+    std::error_code
+        failed;  // a working directory that is gone leaves the path relative to the root
+    return std::filesystem::current_path(failed).string() + '/' + path;
+}
+
+// One slash between the two, both as they stand.
+std::string appending(std::string path, std::string_view component) {
+    if (path.empty() || path.back() != '/') {
+        path += '/';
+    }
+    return path += component;
+}
+
+}  // namespace
+
+std::vector<std::string> candidatePaths(const platform::Bundle& bundle) {
+    const std::string executable = executableLocation(bundle);
+    const std::string folder = executable.substr(0, executable.rfind('/'));
+
+    std::vector<std::string> candidates;
+    candidates.push_back(appending(appending(folder, "../../Resources"), "spank"));
+    if (auto resource = bundle.pathForResource("spank")) {
+        candidates.push_back(std::move(*resource));
+    }
+    candidates.push_back(appending(folder, "spank"));
+    candidates.emplace_back(fixedDevelopmentPath);
+    return candidates;
+}
+
+}  // namespace bonkora

@@ -1,0 +1,154 @@
+#include "platform/Process.h"
+
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <csignal>
+#include <future>
+#include <mutex>
+#include <system_error>
+#include <thread>
+#include <utility>
+
+#include "platform/Pipe.h"
+#include "platform/SpawnAttributes.h"
+
+extern char** environ;  // NOLINT(readability-redundant-declaration): not declared on every system
+
+namespace bonkora::platform {
+namespace {
+
+// The child as its waiter and its handle share it. Its number is its own until it is reaped, and
+// it is reaped with the mutex held: so a signal under the mutex reaches the child or nobody.
+struct Child {
+    std::mutex mutex;
+    pid_t identifier = 0;
+    bool ended = false;
+};
+
+// Hands on what is there until the end of the output, which every holder of the writing end has
+// to let go for.
+void readToTheEnd(const UniqueDescriptor& output, const Process::ReadabilityHandler& handler) {
+    std::array<char, 65536> buffer;
+    for (;;) {
+        const ssize_t count = ::read(output.get(), buffer.data(), buffer.size());
+        if (count < 0 && errno == EINTR) {
+            continue;
+        }
+        if (handler) {
+            handler({buffer.data(), count > 0 ? static_cast<std::size_t>(count) : 0});
+        }
+        if (count <= 0) {
+            return;
+        }
+    }
+}
+
+// Waits for the end without reaping, then reaps under the mutex.
+int waitForTheEnd(Child& child) {
+    siginfo_t info{};
+    while (::waitid(P_PID, static_cast<id_t>(child.identifier), &info, WEXITED | WNOWAIT) != 0 &&
+           errno == EINTR) {
+    }
+    const std::lock_guard lock(child.mutex);
+    child.ended = true;
+    int status = 0;
+    while (::waitpid(child.identifier, &status, 0) < 0 && errno == EINTR) {
+    }
+    return WIFSIGNALED(status) ? WTERMSIG(status) : WEXITSTATUS(status);
+}
+
+class PosixProcess final : public Process {
+  public:
+    std::optional<LaunchError> run() override {
+        auto pipe = Pipe::make();
+        if (!pipe) {
+            return LaunchError::fromErrno(executablePath, errno);
+        }
+        // The threads come first: once the child runs, nothing may fail any more.
+        std::promise<bool> started;
+        const auto isStarted = started.get_future().share();
+        std::thread reader;
+        std::thread waiter;
+        int error = 0;
+        try {
+            reader = std::thread([isStarted, output = std::move(pipe->fileHandleForReading),
+                                  handler = readabilityHandler] {
+                if (isStarted.get()) {
+                    readToTheEnd(output, handler);
+                }
+            });
+            waiter = std::thread([isStarted, theChild = child, handler = terminationHandler] {
+                if (isStarted.get()) {
+                    const int status = waitForTheEnd(*theChild);
+                    if (handler) {
+                        handler(status);
+                    }
+                }
+            });
+            error = spawn(pipe->fileHandleForWriting.get());
+        } catch (const std::system_error& failure) {
+            error = failure.code().value();
+        }
+        started.set_value(error == 0);
+        for (std::thread* const thread : {&reader, &waiter}) {
+            if (thread->joinable()) {
+                // Each owns all it touches, so it may outlive this handle.
+                error == 0 ? thread->detach() : thread->join();
+            }
+        }
+        if (error != 0) {
+            return LaunchError::fromErrno(executablePath, error);
+        }
+        return std::nullopt;
+    }
+
+    int processIdentifier() const override {
+        const std::lock_guard lock(child->mutex);
+        return child->identifier;
+    }
+
+    bool isRunning() const override {
+        const std::lock_guard lock(child->mutex);
+        return child->identifier != 0 && !child->ended;
+    }
+
+    void terminate() override {
+        const std::lock_guard lock(child->mutex);
+        if (child->identifier != 0 && !child->ended) {
+            ::kill(child->identifier, SIGTERM);
+        }
+    }
+
+  private:
+    int spawn(int output) {
+        std::vector<char*> argv;
+        argv.reserve(arguments.size() + 2);
+        argv.push_back(executablePath.data());
+        for (std::string& argument : arguments) {
+            argv.push_back(argument.data());
+        }
+        argv.push_back(nullptr);
+        const SpawnAttributes how(output);
+        pid_t identifier = 0;
+        const int error = ::posix_spawn(&identifier, executablePath.c_str(), how.fileActions(),
+                                        how.attributes(), argv.data(), environ);
+        if (error == 0) {
+            const std::lock_guard lock(child->mutex);
+            child->identifier = identifier;
+        }
+        return error;
+    }
+
+    const std::shared_ptr<Child> child = std::make_shared<Child>();
+};
+
+}  // namespace
+
+std::shared_ptr<Process> makePosixProcess() {
+    return std::make_shared<PosixProcess>();
+}
+
+}  // namespace bonkora::platform
