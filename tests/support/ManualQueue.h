@@ -1,0 +1,93 @@
+// Virtual time for the tests: a clock that moves only when told, and the queues that live by it.
+// Each due task runs at its own due time, equal times in the order of submission.
+#pragma once
+
+#include <algorithm>
+#include <chrono>
+#include <functional>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <utility>
+
+#include "platform/GlobalQueue.h"
+#include "platform/MainQueue.h"
+
+namespace bonkora::test {
+
+using std::chrono::milliseconds;
+
+class VirtualTime {
+  public:
+    using Task = std::function<void()>;
+
+    milliseconds now() const {
+        const std::lock_guard lock(mutex);
+        return time;
+    }
+
+    // Any thread, like the queues it stands behind.
+    void submit(milliseconds delay, Task task) {
+        const std::lock_guard lock(mutex);
+        tasks.emplace(time + delay, std::move(task));
+    }
+
+    // Runs what is due now, and what that submits for now.
+    void runDue() { advance(milliseconds(0)); }
+
+    // Steps to each task that becomes due within `duration`, and then to its end.
+    void advance(milliseconds duration) {
+        const milliseconds end = now() + duration;
+        while (Task task = takeNext(end)) {
+            task();
+        }
+        const std::lock_guard lock(mutex);
+        time = end;
+    }
+
+    std::size_t pending() const {
+        const std::lock_guard lock(mutex);
+        return tasks.size();
+    }
+
+  private:
+    Task takeNext(milliseconds end) {
+        const std::lock_guard lock(mutex);
+        if (tasks.empty() || tasks.begin()->first > end) {
+            return nullptr;
+        }
+        time = std::max(time, tasks.begin()->first);
+        Task task = std::move(tasks.begin()->second);
+        tasks.erase(tasks.begin());
+        return task;
+    }
+
+    mutable std::mutex mutex;
+    milliseconds time{0};
+    std::multimap<milliseconds, Task> tasks;
+};
+
+class ManualMainQueue final : public platform::MainQueue {
+  public:
+    explicit ManualMainQueue(std::shared_ptr<VirtualTime> theTime) : time(std::move(theTime)) {}
+    void async(Task task) override { time->submit(milliseconds(0), std::move(task)); }
+    void asyncAfter(milliseconds delay, Task task) override {
+        time->submit(delay, std::move(task));
+    }
+
+  private:
+    const std::shared_ptr<VirtualTime> time;
+};
+
+class ManualGlobalQueue final : public platform::GlobalQueue {
+  public:
+    explicit ManualGlobalQueue(std::shared_ptr<VirtualTime> theTime) : time(std::move(theTime)) {}
+    void asyncAfter(milliseconds delay, Task task) override {
+        time->submit(delay, std::move(task));
+    }
+
+  private:
+    const std::shared_ptr<VirtualTime> time;
+};
+
+}  // namespace bonkora::test
