@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <condition_variable>
 #include <functional>
 #include <map>
 #include <memory>
@@ -30,6 +31,7 @@ class VirtualTime {
     void submit(milliseconds delay, Task task) {
         const std::lock_guard lock(mutex);
         tasks.emplace(time + delay, std::move(task));
+        submitted.notify_all();
     }
 
     // Runs what is due now, and what that submits for now.
@@ -43,6 +45,21 @@ class VirtualTime {
         }
         const std::lock_guard lock(mutex);
         time = end;
+    }
+
+    // Runs what is due now, and what other threads submit for now, until `holds` does. For real
+    // children: no time passes but theirs. False if that takes more than ten seconds.
+    bool runUntil(const std::function<bool()>& holds) {
+        const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+        for (runDue(); !holds(); runDue()) {
+            std::unique_lock lock(mutex);
+            if (!submitted.wait_until(lock, deadline, [this] {
+                    return !tasks.empty() && tasks.begin()->first <= time;
+                })) {
+                return false;
+            }
+        }
+        return true;
     }
 
     std::size_t pending() const {
@@ -63,6 +80,7 @@ class VirtualTime {
     }
 
     mutable std::mutex mutex;
+    std::condition_variable submitted;
     milliseconds time{0};
     std::multimap<milliseconds, Task> tasks;
 };

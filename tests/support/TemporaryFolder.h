@@ -34,7 +34,8 @@ class TemporaryFolder {
     }
 
     // Writes a file, making the folders above it; returns its path.
-    std::string write(std::string_view relative, std::string_view text, bool executable = false) {
+    std::string write(std::string_view relative, std::string_view text,
+                      bool executable = false) const {
         const std::filesystem::path file = *this / relative;
         std::filesystem::create_directories(file.parent_path());
         std::ofstream(file, std::ios::binary) << text;
@@ -43,7 +44,7 @@ class TemporaryFolder {
         }
         return file;
     }
-    std::string makeFolder(std::string_view relative) {
+    std::string makeFolder(std::string_view relative) const {
         std::filesystem::create_directories(*this / relative);
         return *this / relative;
     }

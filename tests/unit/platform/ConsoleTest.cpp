@@ -1,0 +1,52 @@
+#include "platform/Console.h"
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <string>
+
+#include "platform/Pipe.h"
+
+namespace bonkora::platform {
+namespace {
+
+// Runs `body` with standard output connected to `descriptor`.
+template <typename Body>
+void withStandardOutput(int descriptor, const Body& body) {
+    const UniqueDescriptor saved(::dup(STDOUT_FILENO));
+    descriptor >= 0 ? ::dup2(descriptor, STDOUT_FILENO) : ::close(STDOUT_FILENO);
+    body();
+    ::dup2(saved.get(), STDOUT_FILENO);
+}
+
+TEST(Console, aLineIsOutAtOnceAlsoIntoAPipe) {
+    auto pipe = Pipe::make();
+    ASSERT_TRUE(pipe);
+    const auto console = Console::standardOutput();
+    std::string read(100, '\0');
+    withStandardOutput(pipe->fileHandleForWriting.get(), [&] {
+        console->print("👋 Slap #1");
+        const auto count = ::read(pipe->fileHandleForReading.get(), read.data(), read.size());
+        read.resize(static_cast<std::size_t>(count));
+    });
+    EXPECT_EQ(read, "👋 Slap #1\n");
+}
+
+TEST(Console, aClosedOutputLosesTheLineAndNothingElse) {
+    const auto console = Console::standardOutput();
+    withStandardOutput(-1, [&] { console->print("lost"); });
+}
+
+TEST(Console, aPipeWithoutAReaderLosesTheLineAndNothingElse) {
+    auto pipe = Pipe::make();
+    ASSERT_TRUE(pipe);
+    pipe->fileHandleForReading.reset();
+    const auto before = ::signal(SIGPIPE, SIG_IGN);
+    const auto console = Console::standardOutput();
+    withStandardOutput(pipe->fileHandleForWriting.get(), [&] { console->print("lost"); });
+    ::signal(SIGPIPE, before);
+}
+
+}  // namespace
+}  // namespace bonkora::platform

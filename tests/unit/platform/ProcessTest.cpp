@@ -1,0 +1,294 @@
+#include "platform/Process.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <csignal>
+#include <filesystem>
+#include <future>
+#include <sstream>
+
+#include "platform/Pipe.h"
+#include "tests/support/Descriptors.h"
+#include "tests/support/TemporaryFolder.h"
+
+namespace bonkora::platform {
+namespace {
+
+using namespace std::chrono_literals;
+
+// A shell that runs `script`, and everything it tells, gathered off the test's thread.
+class Shell {
+  public:
+    explicit Shell(const std::string& script) {
+        process->executablePath = "/bin/sh";
+        process->arguments = {"-c", script};
+        process->readabilityHandler = [state = state](std::string_view chunk) {
+            if (chunk.empty()) {
+                state->output.set_value(state->text);
+            }
+            state->text += chunk;
+        };
+        process->terminationHandler = [state = state](int status) {
+            state->status.set_value(status);
+        };
+    }
+
+    std::shared_ptr<Process> process = makePosixProcess();
+
+    // All of the output, once it has ended.
+    std::string output() { return waitFor(outputFuture); }
+    int status() { return waitFor(statusFuture); }
+
+  private:
+    struct State {
+        std::string text;
+        std::promise<std::string> output;  // throws when the end is told twice
+        std::promise<int> status;
+    };
+
+    template <typename T>
+    static T waitFor(std::future<T>& future) {
+        if (future.wait_for(20s) != std::future_status::ready) {
+            throw std::runtime_error("the child did not come to its end");
+        }
+        return future.get();
+    }
+
+    const std::shared_ptr<State> state = std::make_shared<State>();
+    std::future<std::string> outputFuture = state->output.get_future();
+    std::future<int> statusFuture = state->status.get_future();
+};
+
+TEST(Process, passesTheArgumentsOnAndTheWholeOutputBack) {
+    Shell shell("");
+    shell.process->arguments = {"-c",  "printf '%s|' \"$@\"; printf end >&2", "sh", "a b", "",
+                                "\"$x"};
+    EXPECT_EQ(shell.process->run(), std::nullopt);
+    EXPECT_EQ(shell.output(), "a b||\"$x|end");
+    EXPECT_EQ(shell.status(), 0);
+}
+
+TEST(Process, tellsTheExitCode) {
+    Shell shell("exit 37");
+    ASSERT_FALSE(shell.process->run());
+    EXPECT_EQ(shell.status(), 37);
+    EXPECT_FALSE(shell.process->isRunning());
+}
+
+TEST(Process, tellsTheSignalThatEndedTheChild) {
+    Shell shell("kill -KILL $$");
+    ASSERT_FALSE(shell.process->run());
+    EXPECT_EQ(shell.status(), SIGKILL);
+}
+
+TEST(Process, terminateAsksPolitely) {
+    Shell shell("trap 'exit 5' TERM; echo ready; while :; do sleep 0.02; done");
+    std::promise<void> ready;
+    auto gather = shell.process->readabilityHandler;
+    shell.process->readabilityHandler = [&, told = false](std::string_view chunk) mutable {
+        if (!told) {
+            ready.set_value();
+        }
+        told = true;
+        gather(chunk);
+    };
+    ASSERT_FALSE(shell.process->run());
+    ready.get_future().get();
+    EXPECT_TRUE(shell.process->isRunning());
+    shell.process->terminate();
+    EXPECT_EQ(shell.status(), 5);
+}
+
+TEST(Process, terminateBeforeTheStartAndAfterTheEndDoesNothing) {
+    Shell shell("exit 0");
+    shell.process->terminate();
+    EXPECT_EQ(shell.process->processIdentifier(), 0);
+    ASSERT_FALSE(shell.process->run());
+    EXPECT_EQ(shell.status(), 0);
+    shell.process->terminate();
+}
+
+TEST(Process, terminateReachesThatProcessAlone) {
+    Shell shell("(trap '' TERM; sleep 0.2; echo survived) & echo $!; wait; sleep 10");
+    ASSERT_FALSE(shell.process->run());
+    shell.process->terminate();
+    EXPECT_EQ(shell.status(), SIGTERM);
+}
+
+TEST(Process, aGrandchildMayHoldTheOutputOpenAfterTheEnd) {
+    Shell shell("(sleep 0.2; echo later) & echo now");
+    ASSERT_FALSE(shell.process->run());
+    EXPECT_EQ(shell.status(), 0);
+    EXPECT_EQ(shell.output(), "now\nlater\n");
+}
+
+TEST(Process, aChildThatClosesItsOutputLivesOn) {
+    const test::TemporaryFolder folder;
+    Shell shell("exec >&- 2>&-; while [ ! -e " + (folder / "go") +
+                " ]; do sleep 0.01; done; exit 3");
+    ASSERT_FALSE(shell.process->run());
+    EXPECT_EQ(shell.output(), "");
+    EXPECT_TRUE(shell.process->isRunning());
+    folder.write("go", "");
+    EXPECT_EQ(shell.status(), 3);
+}
+
+TEST(Process, lettingTheHandleGoLeavesTheChildUndisturbed) {
+    Shell shell("sleep 0.1; head -c 300000 /dev/zero; exit 4");
+    ASSERT_FALSE(shell.process->run());
+    shell.process.reset();
+    EXPECT_EQ(shell.output().size(), 300000U);
+    EXPECT_EQ(shell.status(), 4);
+}
+
+TEST(Process, aChunkIsAtMost64KiB) {
+    Shell shell("head -c 1000000 /dev/zero");
+    std::size_t largest = 0;
+    auto gather = shell.process->readabilityHandler;
+    shell.process->readabilityHandler = [&](std::string_view chunk) {
+        largest = std::max(largest, chunk.size());
+        gather(chunk);
+    };
+    ASSERT_FALSE(shell.process->run());
+    EXPECT_EQ(shell.output().size(), 1000000U);
+    EXPECT_LE(largest, 65536U);
+}
+
+TEST(Process, withoutHandlersItIsDrainedAndReaped) {
+    const auto process = makePosixProcess();
+    process->executablePath = "/bin/sh";
+    process->arguments = {"-c", "head -c 1000000 /dev/zero"};
+    ASSERT_FALSE(process->run());
+    const int identifier = process->processIdentifier();
+    while (::kill(identifier, 0) == 0) {
+        ::sched_yield();
+    }
+    EXPECT_EQ(errno, ESRCH);
+}
+
+TEST(Process, theChildGetsOurInputAndOutputAndNothingElse) {
+    const UniqueDescriptor leak(::open("/dev/null", O_RDONLY));  // not closed on exec
+    ASSERT_TRUE(leak);
+    Shell shell("ls /proc/self/fd | wc -l");  // 0, 1, 2 and the listing's own
+    ASSERT_FALSE(shell.process->run());
+    EXPECT_EQ(std::stoi(shell.output()), 4);
+}
+
+TEST(Process, theChildHasAGroupOfItsOwnAndDefaultSignals) {
+    sigset_t blocked;
+    sigset_t before;
+    ::sigemptyset(&blocked);
+    ::sigaddset(&blocked, SIGTERM);
+    ::pthread_sigmask(SIG_BLOCK, &blocked, &before);
+    const auto pipeHandler = ::signal(SIGPIPE, SIG_IGN);
+    Shell shell("echo $(awk '/^Sig(Blk|Ign)/ { print $2 }' /proc/$$/status; ps -o pgid= -p $$)");
+    const auto error = shell.process->run();
+    ::signal(SIGPIPE, pipeHandler);
+    ::pthread_sigmask(SIG_SETMASK, &before, nullptr);
+    ASSERT_FALSE(error);
+    std::istringstream output(shell.output());
+    unsigned long long nowBlocked = 0;
+    unsigned long long nowIgnored = 0;
+    int group = 0;
+    output >> std::hex >> nowBlocked >> nowIgnored >> std::dec >> group;
+    EXPECT_EQ(nowBlocked, 0U);
+    // The C library keeps 32 and 33 to itself.
+    EXPECT_EQ(nowIgnored & ~0x180000000ULL, 0U);
+    EXPECT_EQ(group, shell.process->processIdentifier());
+}
+
+TEST(Process, aMissingExecutableIsReported) {
+    const auto process = makePosixProcess();
+    process->executablePath = "/nonexistent/osascript";
+    const auto error = process->run();
+    ASSERT_TRUE(error);
+    EXPECT_EQ(error->localizedDescription(), "The file “osascript” doesn’t exist.");
+    EXPECT_FALSE(process->isRunning());
+    EXPECT_EQ(process->processIdentifier(), 0);
+}
+
+TEST(Process, oneWithoutExecutePermissionIsReportedAsMissing) {
+    const test::TemporaryFolder folder;
+    const auto process = makePosixProcess();
+    process->executablePath = folder.write("osascript", "#!/bin/sh\n");
+    const auto error = process->run();
+    ASSERT_TRUE(error);
+    EXPECT_EQ(error->code, 4);
+}
+
+TEST(Process, aFolderIsReportedAsALackOfPermission) {
+    const test::TemporaryFolder folder;
+    const auto process = makePosixProcess();
+    process->executablePath = folder.path();
+    const auto error = process->run();
+    ASSERT_TRUE(error);
+    EXPECT_EQ(error->domain, "NSPOSIXErrorDomain");
+    EXPECT_EQ(error->code, EACCES);
+}
+
+// The reader closes its end a moment after it has told the end.
+long descriptorsOnceSettled(long expected) {
+    const auto deadline = std::chrono::steady_clock::now() + 10s;
+    while (test::openDescriptors() != expected && std::chrono::steady_clock::now() < deadline) {
+        ::sched_yield();
+    }
+    return test::openDescriptors();
+}
+
+TEST(Process, startsAndFailedStartsLeaveNoDescriptorBehind) {
+    const long before = test::openDescriptors();
+    for (int round = 0; round < 50; ++round) {
+        Shell shell("echo text; exit 1");
+        ASSERT_FALSE(shell.process->run());
+        EXPECT_EQ(shell.output(), "text\n");
+        EXPECT_EQ(shell.status(), 1);
+        const auto failing = makePosixProcess();
+        failing->executablePath = "/nonexistent";
+        EXPECT_TRUE(failing->run());
+    }
+    EXPECT_EQ(descriptorsOnceSettled(before), before);
+}
+
+TEST(Process, withoutAFreeDescriptorTheStartFailsAndALaterOneWorks) {
+    rlimit limit{};
+    ::getrlimit(RLIMIT_NOFILE, &limit);
+    std::vector<UniqueDescriptor> taken;
+    rlimit lower = limit;
+    lower.rlim_cur = 64;
+    ::setrlimit(RLIMIT_NOFILE, &lower);
+    for (int descriptor = ::dup(0); descriptor >= 0; descriptor = ::dup(0)) {
+        taken.emplace_back(descriptor);
+    }
+    Shell failing("exit 0");
+    const auto error = failing.process->run();
+    taken.clear();
+    ::setrlimit(RLIMIT_NOFILE, &limit);
+    ASSERT_TRUE(error);
+    EXPECT_EQ(error->code, EMFILE);
+
+    Shell working("exit 0");
+    ASSERT_FALSE(working.process->run());
+    EXPECT_EQ(working.status(), 0);
+}
+
+TEST(Process, manyAtOnceAllComeToTheirEnd) {
+    std::vector<std::unique_ptr<Shell>> shells;
+    for (int number = 0; number < 20; ++number) {
+        shells.push_back(std::make_unique<Shell>("echo " + std::to_string(number) + "; exit " +
+                                                 std::to_string(number)));
+        ASSERT_FALSE(shells.back()->process->run());
+    }
+    for (int number = 0; number < 20; ++number) {
+        EXPECT_EQ(shells[static_cast<std::size_t>(number)]->output(),
+                  std::to_string(number) + "\n");
+        EXPECT_EQ(shells[static_cast<std::size_t>(number)]->status(), number);
+    }
+}
+
+}  // namespace
+}  // namespace bonkora::platform
