@@ -1,0 +1,90 @@
+"""scripts/virtual-desktop: a desktop of its own for a command, and nothing left of it afterwards."""
+
+import os
+import pathlib
+import signal
+import subprocess
+import unittest
+
+ROOT = pathlib.Path(__file__).resolve().parents[2]
+COMMAND = str(ROOT / "scripts" / "virtual-desktop")
+
+
+def run(*words):
+    return subprocess.run([COMMAND, *words], text=True, capture_output=True, timeout=60)
+
+
+def marked(mark):
+    """The processes whose environment holds the mark."""
+    found = []
+    for entry in filter(str.isdigit, os.listdir("/proc")):
+        try:
+            if mark in pathlib.Path("/proc", entry, "environ").read_bytes():
+                found.append(int(entry))
+        except OSError:
+            pass
+    return found
+
+
+class VirtualDesktop(unittest.TestCase):
+    def testEndsWithTheStatusOfItsCommand(self):
+        self.assertEqual(run("sh", "-c", "exit 7").returncode, 7)
+        self.assertEqual(run("sh", "-c", "kill -9 $$").returncode, 128 + signal.SIGKILL)
+
+    def testACommandThatDoesNotExistIsNamed(self):
+        done = run("no-such-command")
+        self.assertEqual(done.returncode, 127)
+        self.assertIn("no-such-command", done.stderr)
+
+    def testWrongOptionsAreRefused(self):
+        for words in ((), ("--size", "huge", "true"), ("--no-such-option", "true")):
+            self.assertEqual(run(*words).returncode, 2, words)
+
+    def testHasWindowManagerTrayHostAndAccessibilityBus(self):
+        done = run("sh", "-c", "xdotool search --class trayer && "
+                   "xprop -root _NET_SUPPORTING_WM_CHECK && "
+                   "dbus-send --session --print-reply --dest=org.a11y.Bus /org/a11y/bus "
+                   "org.a11y.Bus.GetAddress")
+        self.assertEqual(done.returncode, 0, done.stderr)
+        self.assertIn("window id #", done.stdout)
+        self.assertIn("unix:path=", done.stdout)
+
+    def testWithoutATrayThereIsNoTrayHost(self):
+        self.assertNotEqual(run("--no-tray", "xdotool", "search", "--class", "trayer").returncode, 0)
+
+    def testTwiceTheScaleIsTwiceThePixels(self):
+        done = run("--size", "300x200", "--scale", "2", "sh", "-c",
+                   "xdotool getdisplaygeometry; echo $QT_SCALE_FACTOR")
+        self.assertEqual(done.stdout, "600 400\n2\n")
+
+    def testFoldersAreItsOwnAndGoneAfterwards(self):
+        names = ("XDG_RUNTIME_DIR", "XDG_CONFIG_HOME", "XDG_CACHE_HOME", "XDG_DATA_HOME")
+        done = run("sh", "-c", "; ".join(f'echo "${name}"; test -w "${name}"' for name in names))
+        self.assertEqual(done.returncode, 0)
+        folders = done.stdout.split()
+        self.assertEqual(len(set(folders)), 4)
+        for name, folder in zip(names, folders):
+            self.assertNotEqual(folder, os.environ.get(name))
+            self.assertFalse(os.path.exists(folder))
+
+    def testLeavesNoProcessBehindNotEvenAStrayOne(self):
+        mark = f"virtual-desktop-test-{os.getpid()}"
+        done = subprocess.run([COMMAND, "sh", "-c", "(trap '' TERM; setsid sleep 300 &) ; echo ok"],
+                              env=os.environ | {"MARK": mark}, text=True, capture_output=True,
+                              timeout=60)
+        self.assertEqual(done.stdout, "ok\n")
+        self.assertEqual(marked(mark.encode()), [])
+
+    def testASignalEndsEverythingToo(self):
+        mark = f"virtual-desktop-test-signal-{os.getpid()}"
+        running = subprocess.Popen([COMMAND, "sh", "-c", "echo up; sleep 300"], text=True,
+                                   env=os.environ | {"MARK": mark}, stdout=subprocess.PIPE)
+        with running:
+            self.assertEqual(running.stdout.readline(), "up\n")
+            running.send_signal(signal.SIGTERM)
+            self.assertEqual(running.wait(30), 128 + signal.SIGTERM)
+        self.assertEqual(marked(mark.encode()), [])
+
+
+if __name__ == "__main__":
+    unittest.main()
