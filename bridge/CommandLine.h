@@ -15,7 +15,7 @@ struct DetectorSettings {
     double minAmplitude = 0.05;
     bool volumeScaling = true;
     bool fastMode = false;
-    std::string customSoundPath;
+    std::string customSoundPath{};
 };
 
 // Every option and every value is an element of its own; values are passed on as they are.

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <ostream>
+#include <type_traits>
 #include <utility>
 
 #include "platform/ObservableObject.h"
@@ -27,6 +28,12 @@ class Published {
     operator const T&() const { return value; }  // NOLINT(google-explicit-constructor)
 
     friend bool operator==(const Published& left, const T& right) { return left.value == right; }
+    // A number compares with any other, as a plain field would.
+    template <typename U>
+    requires(std::is_arithmetic_v<T>&& std::is_arithmetic_v<U>) friend bool operator==(
+        const Published& left, U right) {
+        return left.value == right;
+    }
     friend std::ostream& operator<<(std::ostream& out, const Published& property) requires
         requires(std::ostream& o, const T& v) {
         o << v;
