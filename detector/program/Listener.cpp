@@ -1,0 +1,132 @@
+#include "detector/program/Listener.h"
+
+#include <poll.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <utility>
+
+namespace bonkora::detector {
+
+namespace {
+
+constexpr int retryMs = 1000;  // between two looks for a sensor
+
+}  // namespace
+
+Listener::Listener(Settings theSettings, EventWriter& theWriter, OpenSensor theOpenSensor)
+    : settings(theSettings),
+      writer(theWriter),
+      openSensor(std::move(theOpenSensor)),
+      inputIsOpen(theSettings.obeysInput) {}
+
+int Listener::run() {
+    open();
+    while (!isOver) {
+        switch (wait()) {
+            case Wake::sensor:
+                read();
+                break;
+            case Wake::retry:
+                open();
+                break;
+            case Wake::ending:
+                isOver = true;
+                break;
+        }
+        writer.flush();
+        isOver = isOver || writer.readerIsGone();
+    }
+    return status;
+}
+
+Listener::Wake Listener::wait() {
+    for (;;) {
+        // A negative descriptor is passed over. The output reports its reader's end unasked.
+        std::array<pollfd, 4> wakers{{
+            {settings.signalDescriptor, POLLIN, 0},
+            {settings.outputDescriptor, static_cast<short>(writer.hasPending() ? POLLOUT : 0), 0},
+            {inputIsOpen ? settings.inputDescriptor : -1, POLLIN, 0},
+            {sensor ? sensor->descriptor() : -1, POLLIN, 0},
+        }};
+        const int count = ::poll(wakers.data(), wakers.size(), sensor ? -1 : retryMs);
+        if (count < 0 && errno != EINTR) {
+            return Wake::ending;
+        }
+        if (count == 0) {
+            return Wake::retry;
+        }
+        const auto& [signals, output, commands, readings] = wakers;
+        if (count > 0 && (signals.revents != 0 || (output.revents & (POLLERR | POLLHUP)) != 0 ||
+                          (commands.revents != 0 && asksToQuit()))) {
+            return Wake::ending;
+        }
+        if (count > 0 && readings.revents != 0) {
+            return Wake::sensor;
+        }
+        writer.flush();
+    }
+}
+
+bool Listener::asksToQuit() {
+    std::array<char, 256> chunk{};
+    const auto count = ::read(settings.inputDescriptor, chunk.data(), chunk.size());
+    if (count <= 0) {
+        inputIsOpen = false;  // its end asks for nothing
+        return false;
+    }
+    for (const char character : std::string_view{chunk.data(), static_cast<std::size_t>(count)}) {
+        if (character == '\n') {
+            if (input == "quit" || input == "quit\r") {
+                return true;
+            }
+            input.clear();
+        } else if (input.size() < chunk.size()) {
+            input += character;
+        }
+    }
+    return false;
+}
+
+void Listener::open() {
+    auto opened = openSensor();
+    if (const auto* const reason = std::get_if<std::string>(&opened)) {
+        lose("no sensor: " + *reason);
+        return;
+    }
+    sensor = std::get<0>(std::move(opened));
+    const auto& about = sensor->description();
+    detector = std::make_unique<KnockDetector>(about.kind, about.rate, settings.sensitivity);
+    lastReason.clear();
+    writer.ready(nameOf(about.kind), about.name);
+}
+
+void Listener::read() {
+    frames.clear();
+    knocks.clear();
+    const auto state = sensor->read(frames);
+    detector->process(frames, knocks);
+    for (const Knock& knock : knocks) {
+        writer.knock(knock.amplitude);
+    }
+    if (state.kind == SensorState::Kind::lost) {
+        lose(state.reason);
+    } else if (state.kind == SensorState::Kind::ended) {
+        isOver = true;
+    }
+}
+
+void Listener::lose(const std::string& reason) {
+    sensor.reset();
+    if (reason != lastReason) {
+        writer.error(reason);
+        lastReason = reason;
+    }
+    if (settings.once) {
+        isOver = true;
+        status = 1;
+    }
+}
+
+}  // namespace bonkora::detector

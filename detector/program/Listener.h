@@ -1,0 +1,59 @@
+// Listener: the detector at work. It waits for a sensor, reads it, reports knocks, and ends when it
+// is asked to, when nobody reads its report any more, or when a recording is over. Main thread.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "detector/detection/KnockDetector.h"
+#include "detector/program/EventWriter.h"
+#include "detector/sensing/Sensor.h"
+
+namespace bonkora::detector {
+
+class Listener {
+  public:
+    // The open sensor, or why there is none.
+    using OpenSensor = std::function<std::variant<std::unique_ptr<Sensor>, std::string>()>;
+
+    struct Settings {
+        Sensitivity sensitivity;
+        bool once = false;        // end instead of waiting for a sensor
+        bool obeysInput = false;  // the line "quit" on standard input ends it
+        int inputDescriptor = 0;
+        int outputDescriptor = 1;
+        int signalDescriptor = -1;  // readable when the program is to end
+    };
+
+    Listener(Settings settings, EventWriter& writer, OpenSensor openSensor);
+
+    // The exit status.
+    int run();
+
+  private:
+    enum class Wake { sensor, retry, ending };
+
+    Wake wait();
+    bool asksToQuit();
+    void open();
+    void read();
+    void lose(const std::string& reason);
+
+    const Settings settings;
+    EventWriter& writer;
+    const OpenSensor openSensor;
+    std::unique_ptr<Sensor> sensor;
+    std::unique_ptr<KnockDetector> detector;
+    std::vector<Frame> frames;
+    std::vector<Knock> knocks;
+    std::string lastReason;  // reported last; each is reported once until a sensor opens
+    std::string input;       // the unfinished line
+    bool inputIsOpen;
+    bool isOver = false;
+    int status = 0;
+};
+
+}  // namespace bonkora::detector

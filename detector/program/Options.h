@@ -1,0 +1,47 @@
+// Options: the detector's command line, read once at the start. Values; any thread.
+#pragma once
+
+#include <chrono>
+#include <optional>
+#include <string>
+#include <variant>
+#include <vector>
+
+namespace bonkora::detector {
+
+enum class SoundSet { pain, sexy, halo, custom };
+
+struct Options {
+    enum class Task { listen, listSensors, showHelp, showVersion };
+
+    // The limits of what is accepted; the panel's own lie well inside.
+    static constexpr std::chrono::milliseconds longestCooldown = std::chrono::hours{1};
+    static constexpr double highestMinAmplitude = 100.0;
+
+    Task task = Task::listen;
+    bool stdio = false;  // events as JSON, "quit" accepted on standard input
+    std::chrono::milliseconds cooldown{750};
+    double minAmplitude = 0.05;  // g, or fraction of full scale
+    SoundSet soundSet = SoundSet::pain;
+    std::string customFolder;  // of SoundSet::custom
+    bool volumeScaling = false;
+    bool fast = false;
+    std::optional<std::string> sensor;  // "auto", "accelerometer", "microphone", "file:PATH"
+    bool once = false;                  // end instead of waiting for a sensor
+    bool asFastAsPossible = false;      // of a recording
+    std::string sysfsRoot = "/sys";
+    std::string deviceRoot = "/dev";
+};
+
+// Why a command line was refused, without any text of the caller's own.
+struct UsageError {
+    std::string reason;
+};
+
+// `arguments` without the program's name.
+std::variant<Options, UsageError> parseOptions(const std::vector<std::string>& arguments);
+
+// Whether `text` names a sensor: "auto", "accelerometer", "microphone" or "file:" and a path.
+bool isSensorChoice(const std::string& text);
+
+}  // namespace bonkora::detector

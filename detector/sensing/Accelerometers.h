@@ -1,0 +1,54 @@
+// Accelerometers: finding and opening the ones that this computer has. One thread.
+//
+// Two families of system files are known: industrial I/O (bus/iio/devices) and the position files
+// of older laptops (devices/platform). Opening sets an industrial I/O device to its fastest rate
+// and, where the program may, to buffered reading; otherwise the files are polled.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "detector/sensing/Sensor.h"
+
+namespace bonkora::detector {
+
+struct AccelerometerFiles {
+    enum class Family { industrialIo, position };
+    Family family = Family::industrialIo;
+    std::string id;      // "iio:device0", "lis3lv02d"
+    std::string name;    // as the device calls itself
+    std::string folder;  // of its attribute files
+};
+
+// The folders under which a system keeps its files; others in tests.
+struct SystemRoots {
+    std::string sysfs = "/sys";
+    std::string devices = "/dev";
+};
+
+// All that are there, industrial I/O first, in the order of their numbers.
+std::vector<AccelerometerFiles> findAccelerometers(const SystemRoots& roots);
+
+// The open sensor, or why it cannot be read.
+std::variant<std::unique_ptr<Sensor>, std::string> openAccelerometer(
+    const AccelerometerFiles& files, const SystemRoots& roots);
+
+// What openAccelerometer() tries in turn.
+std::variant<std::unique_ptr<Sensor>, std::string> openBuffered(const AccelerometerFiles& files,
+                                                                const SystemRoots& roots);
+std::variant<std::unique_ptr<Sensor>, std::string> openPolled(const AccelerometerFiles& files);
+
+// Sets the fastest rate up to 1600 readings a second that the device offers, where that may be
+// done, and tells the rate then in use; nothing when the device names none.
+class HeldSettings;
+std::optional<double> chooseRate(const std::string& folder, HeldSettings& settings);
+
+// One axis' attribute, its own or the one shared by all: "in_accel_x_scale" or "in_accel_scale".
+std::optional<double> readAxisNumber(const std::string& folder, char axis,
+                                     const std::string& attribute);
+
+}  // namespace bonkora::detector

@@ -1,0 +1,135 @@
+#include "detector/sensing/Microphone.h"
+
+#include <SDL.h>
+#include <sys/eventfd.h>
+#include <unistd.h>
+
+#include <mutex>
+#include <utility>
+
+#include "detector/SdlSystem.h"
+#include "platform/UniqueDescriptor.h"
+
+namespace bonkora::detector {
+
+namespace {
+
+constexpr int sampleRate = 48000;  // samples a second
+constexpr Uint16 chunkSize = 256;  // samples: 5.3 ms
+
+// The audio thread's hand: it keeps what it hears until the sensor is read.
+class Ear {
+  public:
+    explicit Ear(platform::UniqueDescriptor theEvent) : event(std::move(theEvent)) {}
+
+    int descriptor() const { return event.get(); }
+
+    static void hear(void* self, Uint8* bytes, int size) {
+        auto* const samples = reinterpret_cast<const float*>(bytes);
+        static_cast<Ear*>(self)->keep(samples, static_cast<std::size_t>(size) / sizeof(float));
+    }
+
+    void take(std::vector<float>& samples) {
+        eventfd_t count = 0;
+        static_cast<void>(::eventfd_read(event.get(), &count));
+        samples.clear();
+        const std::lock_guard lock{mutex};
+        std::swap(samples, heard);
+    }
+
+  private:
+    void keep(const float* samples, std::size_t count) {
+        {
+            const std::lock_guard lock{mutex};
+            // A listener that has been stopped for a second does not want it all.
+            if (heard.size() > sampleRate) {
+                heard.clear();
+            }
+            heard.insert(heard.end(), samples, samples + count);
+        }
+        static_cast<void>(::eventfd_write(event.get(), 1));
+    }
+
+    const platform::UniqueDescriptor event;
+    std::mutex mutex;
+    std::vector<float> heard;
+};
+
+class Microphone final : public Sensor {
+  public:
+    Microphone(std::unique_ptr<SdlSystem> theSystem, std::unique_ptr<Ear> theEar,
+               SDL_AudioDeviceID theDevice, std::string name)
+        : about{SensorKind::microphone, std::move(name), sampleRate},
+          system(std::move(theSystem)),
+          ear(std::move(theEar)),
+          device(theDevice) {
+        SDL_PauseAudioDevice(device, 0);
+    }
+    Microphone(const Microphone&) = delete;
+    Microphone& operator=(const Microphone&) = delete;
+    ~Microphone() override { SDL_CloseAudioDevice(device); }
+
+    const SensorDescription& description() const override { return about; }
+    int descriptor() const override { return ear->descriptor(); }
+
+    SensorState read(std::vector<Frame>& frames) override {
+        ear->take(samples);
+        for (const float sample : samples) {
+            frames.push_back({sample, 0.0F, 0.0F});
+        }
+        // A device that has gone goes on giving silence, and says so only here.
+        if (SDL_GetAudioDeviceStatus(device) == SDL_AUDIO_STOPPED) {
+            return {SensorState::Kind::lost, "the microphone has gone"};
+        }
+        return {};
+    }
+
+  private:
+    const SensorDescription about;
+    const std::unique_ptr<SdlSystem> system;
+    const std::unique_ptr<Ear> ear;
+    const SDL_AudioDeviceID device;
+    std::vector<float> samples;
+};
+
+}  // namespace
+
+std::variant<std::unique_ptr<Sensor>, std::string> openMicrophone(const std::string& device) {
+    auto system = SdlSystem::start();
+    if (!system) {
+        return std::string{"no sound system answers"};
+    }
+    platform::UniqueDescriptor event{::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)};
+    if (!event) {
+        return std::string{"the system has no descriptor to give"};
+    }
+    auto ear = std::make_unique<Ear>(std::move(event));
+    SDL_AudioSpec wanted{};
+    wanted.freq = sampleRate;
+    wanted.format = AUDIO_F32SYS;
+    wanted.channels = 1;
+    wanted.samples = chunkSize;
+    wanted.callback = &Ear::hear;
+    wanted.userdata = ear.get();
+    const char* const name = device.empty() ? nullptr : device.c_str();
+    SDL_AudioSpec obtained{};
+    const auto opened = SDL_OpenAudioDevice(name, 1, &wanted, &obtained, 0);
+    if (opened == 0) {
+        return std::string{"no microphone can be opened"};
+    }
+    return std::make_unique<Microphone>(std::move(system), std::move(ear), opened,
+                                        device.empty() ? "default" : device);
+}
+
+std::vector<std::string> findMicrophones() {
+    std::vector<std::string> names;
+    const auto system = SdlSystem::start();
+    for (int i = 0; system && i < SDL_GetNumAudioDevices(1); ++i) {
+        if (const char* const name = SDL_GetAudioDeviceName(i, 1)) {
+            names.emplace_back(name);
+        }
+    }
+    return names;
+}
+
+}  // namespace bonkora::detector

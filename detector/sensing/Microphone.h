@@ -1,0 +1,19 @@
+// Microphone: the sound that the computer's default, or a named, recording device hears.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "detector/sensing/Sensor.h"
+
+namespace bonkora::detector {
+
+// The open sensor, or why there is none. `device`: its name, or empty for the default one.
+std::variant<std::unique_ptr<Sensor>, std::string> openMicrophone(const std::string& device);
+
+// The names of the recording devices that are there.
+std::vector<std::string> findMicrophones();
+
+}  // namespace bonkora::detector

@@ -1,0 +1,174 @@
+// Accelerometers whose files are read again and again.
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <limits>
+#include <utility>
+
+#include "detector/Number.h"
+#include "detector/sensing/Accelerometers.h"
+#include "detector/sensing/HeldSettings.h"
+#include "detector/sensing/SmallFile.h"
+#include "detector/sensing/Ticker.h"
+#include "platform/Text.h"
+
+namespace bonkora::detector {
+
+namespace {
+
+constexpr double standardGravity = 9.80665;  // m/s^2, by definition
+constexpr double highestRate = 400.0;        // enough for a knock, and little work
+constexpr double unknownRate = std::numeric_limits<double>::infinity();
+
+// Readings in g, one at each call; nothing when the device has gone.
+using Read = std::function<std::optional<Frame>()>;
+
+struct Source {
+    Read read;
+    double rate = unknownRate;  // at which the device itself has news
+};
+
+// "(12,-34,1020)", in `unitsInG` to the g.
+std::optional<Frame> parsePosition(std::string_view text, double unitsInG) {
+    if (!text.starts_with('(') || !text.ends_with(')')) {
+        return std::nullopt;
+    }
+    text = text.substr(1, text.size() - 2);
+    Frame frame{};
+    for (std::size_t axis = 0; axis < frame.size(); ++axis) {
+        const auto end = axis + 1 < frame.size() ? text.find(',') : text.size();
+        if (end == std::string_view::npos) {
+            return std::nullopt;
+        }
+        const auto value = parseNumber<double>(platform::trimmed(text.substr(0, end)));
+        if (!value) {
+            return std::nullopt;
+        }
+        frame.at(axis) = static_cast<float>(*value / unitsInG);
+        text.remove_prefix(std::min(text.size(), end + 1));
+    }
+    return frame;
+}
+
+Source positionSource(const AccelerometerFiles& files) {
+    const bool inMilliG = files.id == "lis3lv02d";
+    const double unitsInG = inMilliG ? 1000.0 : 256.0;
+    Source source;
+    source.read = [path = files.folder + "/position", unitsInG]() -> std::optional<Frame> {
+        const auto text = readAttribute(path);
+        return text ? parsePosition(*text, unitsInG) : std::nullopt;
+    };
+    if (files.id == "hdaps") {
+        source.rate = 50.0;  // its controller samples no faster
+    } else if (const auto rate = readNumber(files.folder + "/rate"); rate && *rate > 0.0) {
+        source.rate = *rate;
+    }
+    return source;
+}
+
+std::optional<Source> industrialIoSource(const AccelerometerFiles& files, HeldSettings& settings) {
+    struct Axis {
+        std::string path;
+        double scale = 0.0;
+        double offset = 0.0;
+    };
+    std::array<Axis, 3> axes;
+    for (std::size_t i = 0; i < axes.size(); ++i) {
+        const char letter = "xyz"[i];
+        const auto scale = readAxisNumber(files.folder, letter, "scale");
+        if (!scale) {
+            return std::nullopt;
+        }
+        axes.at(i) = {files.folder + "/in_accel_" + letter + "_raw", *scale / standardGravity,
+                      readAxisNumber(files.folder, letter, "offset").value_or(0.0)};
+    }
+    Source source;
+    source.rate = chooseRate(files.folder, settings).value_or(unknownRate);
+    source.read = [axes]() -> std::optional<Frame> {
+        Frame frame{};
+        for (std::size_t i = 0; i < axes.size(); ++i) {
+            const auto raw = readNumber(axes.at(i).path);
+            if (!raw) {
+                return std::nullopt;
+            }
+            frame.at(i) = static_cast<float>((*raw + axes.at(i).offset) * axes.at(i).scale);
+        }
+        return frame;
+    };
+    return source;
+}
+
+// Readings a second that the files give without a pause; 0 when they give none.
+double measuredRate(const Read& read) {
+    constexpr int count = 20;
+    const auto begin = std::chrono::steady_clock::now();
+    for (int i = 0; i < count; ++i) {
+        if (!read()) {
+            return 0.0;
+        }
+    }
+    const std::chrono::duration<double> passed = std::chrono::steady_clock::now() - begin;
+    return count / std::max(passed.count(), 1e-6);
+}
+
+class PolledAccelerometer final : public Sensor {
+  public:
+    PolledAccelerometer(SensorDescription description, Read theRead,
+                        std::unique_ptr<HeldSettings> theSettings,
+                        std::unique_ptr<Ticker> theTicker)
+        : about(std::move(description)),
+          readOnce(std::move(theRead)),
+          settings(std::move(theSettings)),
+          ticker(std::move(theTicker)) {}
+
+    const SensorDescription& description() const override { return about; }
+    int descriptor() const override { return ticker->descriptor(); }
+
+    SensorState read(std::vector<Frame>& frames) override {
+        // Moments that were missed get the present reading, so that the signal's time stays true;
+        // after a second the computer has slept, and there is nothing to make up for.
+        const auto second = static_cast<std::uint64_t>(about.rate);
+        const auto missed = std::min(ticker->take(), std::max<std::uint64_t>(second, 1));
+        if (missed == 0) {
+            return {};
+        }
+        const auto frame = readOnce();
+        if (!frame) {
+            return {SensorState::Kind::lost, "the accelerometer has gone"};
+        }
+        frames.insert(frames.end(), missed, *frame);
+        return {};
+    }
+
+  private:
+    const SensorDescription about;
+    const Read readOnce;
+    const std::unique_ptr<HeldSettings> settings;
+    const std::unique_ptr<Ticker> ticker;
+};
+
+}  // namespace
+
+std::variant<std::unique_ptr<Sensor>, std::string> openPolled(const AccelerometerFiles& files) {
+    auto settings = std::make_unique<HeldSettings>();
+    auto source = files.family == AccelerometerFiles::Family::position
+                      ? positionSource(files)
+                      : industrialIoSource(files, *settings);
+    if (!source) {
+        return "the accelerometer's files lack its scale";
+    }
+    // Half of what is possible leaves the device's bus to others as well.
+    const double rate = std::min({source->rate, measuredRate(source->read) / 2.0, highestRate});
+    if (!(rate >= 1.0)) {
+        return "the accelerometer's files cannot be read";
+    }
+    auto ticker = Ticker::every(std::chrono::nanoseconds{static_cast<std::int64_t>(1e9 / rate)});
+    if (!ticker) {
+        return "the system has no timer to give";
+    }
+    return std::make_unique<PolledAccelerometer>(
+        SensorDescription{SensorKind::accelerometer, files.name, rate}, std::move(source->read),
+        std::move(settings), std::move(ticker));
+}
+
+}  // namespace bonkora::detector

@@ -1,0 +1,52 @@
+// Sensor: a source of readings at an even rate. One thread; it never waits: its descriptor says
+// when there is something to read.
+#pragma once
+
+#include <array>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace bonkora::detector {
+
+// One reading. An accelerometer's three axes in g, gravity included; a microphone's pressure as a
+// fraction of full scale in the first place, the others 0.
+using Frame = std::array<float, 3>;
+
+enum class SensorKind { accelerometer, microphone };
+
+constexpr std::string_view nameOf(SensorKind kind) {
+    return kind == SensorKind::accelerometer ? "accelerometer" : "microphone";
+}
+
+struct SensorDescription {
+    SensorKind kind = SensorKind::microphone;
+    std::string name;   // for people
+    double rate = 0.0;  // readings a second
+};
+
+struct SensorState {
+    enum class Kind {
+        listening,
+        ended,  // a recording is over
+        lost,   // the device is gone or fails; `reason` says why
+    };
+    Kind kind = Kind::listening;
+    std::string reason;
+};
+
+class Sensor {
+  public:
+    Sensor() = default;
+    Sensor(const Sensor&) = delete;
+    Sensor& operator=(const Sensor&) = delete;
+    virtual ~Sensor() = default;
+
+    virtual const SensorDescription& description() const = 0;
+    // Polls as readable, or as failed, when read() has something to say.
+    virtual int descriptor() const = 0;
+    // Appends the readings that have arrived since the last call.
+    virtual SensorState read(std::vector<Frame>& frames) = 0;
+};
+
+}  // namespace bonkora::detector

@@ -1,0 +1,117 @@
+#include "detector/sensing/Accelerometers.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "detector/program/SensorSource.h"
+#include "tests/support/TemporaryFolder.h"
+
+namespace bonkora::detector {
+
+namespace {
+
+using testing::HasSubstr;
+
+// A folder of files that looks like the kernel's.
+class AccelerometersTest : public testing::Test {
+  protected:
+    void write(const std::string& path, const std::string& text) const {
+        folder.write("sys/" + path, text + "\n");
+    }
+    std::string contentOf(const std::string& path) const {
+        const auto text = test::readFile(folder / ("sys/" + path));
+        return text.substr(0, text.find('\n'));
+    }
+
+    void addIndustrialIo(int number, const std::string& name, const std::string& rate) const {
+        const auto device = "bus/iio/devices/iio:device" + std::to_string(number) + "/";
+        write(device + "name", name);
+        write(device + "in_accel_x_raw", "100");
+        write(device + "in_accel_y_raw", "-50");
+        write(device + "in_accel_z_raw", "1000");
+        write(device + "in_accel_scale", "0.00980665");
+        if (!rate.empty()) {
+            write(device + "sampling_frequency", rate);
+        }
+    }
+
+    const test::TemporaryFolder folder;
+    const SystemRoots roots{folder / "sys", folder / "dev"};
+};
+
+TEST_F(AccelerometersTest, anEmptySystemHasNone) {
+    EXPECT_TRUE(findAccelerometers(roots).empty());
+}
+
+TEST_F(AccelerometersTest, findsThemInTheOrderOfTheirNumbers) {
+    addIndustrialIo(10, "ten", "400");
+    addIndustrialIo(2, "two", "400");
+    write("bus/iio/devices/iio:device1/in_illuminance_raw", "3");
+    write("bus/iio/devices/trigger0/name", "two-trigger");
+    write("devices/platform/lis3lv02d/position", "(1,2,1000)");
+    const auto found = findAccelerometers(roots);
+    ASSERT_EQ(found.size(), 3U);
+    EXPECT_EQ(found[0].id, "iio:device2");
+    EXPECT_EQ(found[1].name, "ten");
+    EXPECT_EQ(found[2].id, "lis3lv02d");
+}
+
+TEST_F(AccelerometersTest, polledReadingsAreInG) {
+    addIndustrialIo(0, "bma", "400");
+    auto opened = openPolled(findAccelerometers(roots).at(0));
+    ASSERT_EQ(opened.index(), 0U) << std::get<1>(opened);
+    EXPECT_EQ(std::get<0>(opened)->description().rate, 400.0);
+}
+
+TEST_F(AccelerometersTest, theFastestUsefulRateIsSetAndGivenBack) {
+    addIndustrialIo(0, "bma", "25");
+    const std::string device = "bus/iio/devices/iio:device0/";
+    write(device + "sampling_frequency_available", "25 50 100 400 1600 3200");
+    {
+        const auto opened = openPolled(findAccelerometers(roots).at(0));
+        ASSERT_EQ(opened.index(), 0U);
+        EXPECT_EQ(contentOf(device + "sampling_frequency"), "1600");
+    }
+    EXPECT_EQ(contentOf(device + "sampling_frequency"), "25");
+}
+
+TEST_F(AccelerometersTest, autoPassesOverOneThatIsTooSlowAndSaysSo) {
+    addIndustrialIo(0, "sluggish", "100");
+    SensorChoice choice;
+    choice.roots = roots;
+    const auto opened = openAnyAccelerometer(choice);
+    ASSERT_EQ(opened.index(), 1U);
+    EXPECT_EQ(std::get<1>(opened), "sluggish gives only 100 readings a second");
+    choice.sensor = "accelerometer";
+    EXPECT_EQ(openAnyAccelerometer(choice).index(), 0U);
+}
+
+TEST_F(AccelerometersTest, aNamedDeviceIsTheOnlyOneTaken) {
+    addIndustrialIo(0, "first", "400");
+    addIndustrialIo(1, "second", "400");
+    SensorChoice choice;
+    choice.roots = roots;
+    choice.device = "iio:device1";
+    auto opened = openAnyAccelerometer(choice);
+    ASSERT_EQ(opened.index(), 0U);
+    EXPECT_EQ(std::get<0>(opened)->description().name, "second");
+    choice.device = "third";
+    EXPECT_EQ(openAnyAccelerometer(choice).index(), 1U);
+}
+
+TEST_F(AccelerometersTest, filesThatMakeNoSenseAreRefusedWithAReason) {
+    addIndustrialIo(0, "broken", "400");
+    write("bus/iio/devices/iio:device0/in_accel_scale", "much");
+    auto opened = openPolled(findAccelerometers(roots).at(0));
+    ASSERT_EQ(opened.index(), 1U);
+    EXPECT_THAT(std::get<1>(opened), HasSubstr("scale"));
+    write("bus/iio/devices/iio:device0/in_accel_scale", "0.01");
+    write("bus/iio/devices/iio:device0/in_accel_y_raw", "");
+    opened = openPolled(findAccelerometers(roots).at(0));
+    ASSERT_EQ(opened.index(), 1U);
+    EXPECT_THAT(std::get<1>(opened), HasSubstr("cannot be read"));
+}
+
+}  // namespace
+
+}  // namespace bonkora::detector
