@@ -5,8 +5,8 @@
 
 #include <array>
 #include <cerrno>
+#include <condition_variable>
 #include <csignal>
-#include <future>
 #include <mutex>
 #include <system_error>
 #include <thread>
@@ -23,9 +23,26 @@ namespace {
 // The child as its waiter and its handle share it. Its number is its own until it is reaped, and
 // it is reaped with the mutex held: so a signal under the mutex reaches the child or nobody.
 struct Child {
+    enum class Phase { notStarted, failed, running, ended };
+
     std::mutex mutex;
+    std::condition_variable decided;
+    Phase phase = Phase::notStarted;
     pid_t identifier = 0;
-    bool ended = false;
+
+    void decide(pid_t theIdentifier) {
+        const std::lock_guard lock(mutex);
+        identifier = theIdentifier;
+        phase = identifier != 0 ? Phase::running : Phase::failed;
+        decided.notify_all();
+    }
+
+    // Waits until it is known whether the child runs.
+    bool hasStarted() {
+        std::unique_lock lock(mutex);
+        decided.wait(lock, [this] { return phase != Phase::notStarted; });
+        return phase != Phase::failed;
+    }
 };
 
 // Hands on what is there until the end of the output, which every holder of the writing end has
@@ -53,7 +70,7 @@ int waitForTheEnd(Child& child) {
            errno == EINTR) {
     }
     const std::lock_guard lock(child.mutex);
-    child.ended = true;
+    child.phase = Child::Phase::ended;
     int status = 0;
     while (::waitpid(child.identifier, &status, 0) < 0 && errno == EINTR) {
     }
@@ -68,31 +85,30 @@ class PosixProcess final : public Process {
             return LaunchError::fromErrno(executablePath, errno);
         }
         // The threads come first: once the child runs, nothing may fail any more.
-        std::promise<bool> started;
-        const auto isStarted = started.get_future().share();
         std::thread reader;
         std::thread waiter;
+        pid_t identifier = 0;
         int error = 0;
         try {
-            reader = std::thread([isStarted, output = std::move(pipe->fileHandleForReading),
+            reader = std::thread([theChild = child, output = std::move(pipe->fileHandleForReading),
                                   handler = readabilityHandler] {
-                if (isStarted.get()) {
+                if (theChild->hasStarted()) {
                     readToTheEnd(output, handler);
                 }
             });
-            waiter = std::thread([isStarted, theChild = child, handler = terminationHandler] {
-                if (isStarted.get()) {
+            waiter = std::thread([theChild = child, handler = terminationHandler] {
+                if (theChild->hasStarted()) {
                     const int status = waitForTheEnd(*theChild);
                     if (handler) {
                         handler(status);
                     }
                 }
             });
-            error = spawn(pipe->fileHandleForWriting.get());
+            error = spawn(pipe->fileHandleForWriting.get(), identifier);
         } catch (const std::system_error& failure) {
             error = failure.code().value();
         }
-        started.set_value(error == 0);
+        child->decide(error == 0 ? identifier : 0);
         for (std::thread* const thread : {&reader, &waiter}) {
             if (thread->joinable()) {
                 // Each owns all it touches, so it may outlive this handle.
@@ -112,18 +128,19 @@ class PosixProcess final : public Process {
 
     bool isRunning() const override {
         const std::lock_guard lock(child->mutex);
-        return child->identifier != 0 && !child->ended;
+        return child->phase == Child::Phase::running;
     }
 
     void terminate() override {
         const std::lock_guard lock(child->mutex);
-        if (child->identifier != 0 && !child->ended) {
+        if (child->phase == Child::Phase::running) {
             ::kill(child->identifier, SIGTERM);
         }
     }
 
   private:
-    int spawn(int output) {
+    // Sets `identifier` and returns 0, or returns the error's number.
+    int spawn(int output, pid_t& identifier) {
         std::vector<char*> argv;
         argv.reserve(arguments.size() + 2);
         argv.push_back(executablePath.data());
@@ -132,14 +149,8 @@ class PosixProcess final : public Process {
         }
         argv.push_back(nullptr);
         const SpawnAttributes how(output);
-        pid_t identifier = 0;
-        const int error = ::posix_spawn(&identifier, executablePath.c_str(), how.fileActions(),
-                                        how.attributes(), argv.data(), environ);
-        if (error == 0) {
-            const std::lock_guard lock(child->mutex);
-            child->identifier = identifier;
-        }
-        return error;
+        return ::posix_spawn(&identifier, executablePath.c_str(), how.fileActions(),
+                             how.attributes(), argv.data(), environ);
     }
 
     const std::shared_ptr<Child> child = std::make_shared<Child>();

@@ -119,6 +119,9 @@ TEST_F(RealRunner, aFolderInItsPlaceIsReported) {
 }
 
 TEST_F(RealRunner, atTheDescriptorLimitTheLaunchFailsAndALaterOneWorks) {
+    runner = "/bin/true";
+    startController();
+    ASSERT_TRUE(untilEnded());
     rlimit limit{};
     ::getrlimit(RLIMIT_NOFILE, &limit);
     rlimit lower = limit;
@@ -128,8 +131,7 @@ TEST_F(RealRunner, atTheDescriptorLimitTheLaunchFailsAndALaterOneWorks) {
     for (int descriptor = ::dup(0); descriptor >= 0; descriptor = ::dup(0)) {
         taken.emplace_back(descriptor);
     }
-    runner = "/bin/true";
-    startController();
+    wrapper->start();
     const std::string status = wrapper->statusMessage;
     taken.clear();
     ::setrlimit(RLIMIT_NOFILE, &limit);

@@ -9,10 +9,10 @@
 #include <cerrno>
 #include <csignal>
 #include <filesystem>
-#include <future>
 #include <sstream>
 
 #include "platform/Pipe.h"
+#include "tests/support/Box.h"
 #include "tests/support/Descriptors.h"
 #include "tests/support/TemporaryFolder.h"
 
@@ -29,39 +29,26 @@ class Shell {
         process->arguments = {"-c", script};
         process->readabilityHandler = [state = state](std::string_view chunk) {
             if (chunk.empty()) {
-                state->output.set_value(state->text);
+                state->output.put(state->text);
             }
             state->text += chunk;
         };
-        process->terminationHandler = [state = state](int status) {
-            state->status.set_value(status);
-        };
+        process->terminationHandler = [state = state](int status) { state->status.put(status); };
     }
 
     std::shared_ptr<Process> process = makePosixProcess();
 
     // All of the output, once it has ended.
-    std::string output() { return waitFor(outputFuture); }
-    int status() { return waitFor(statusFuture); }
+    std::string output() const { return state->output.take(); }
+    int status() const { return state->status.take(); }
 
   private:
     struct State {
         std::string text;
-        std::promise<std::string> output;  // throws when the end is told twice
-        std::promise<int> status;
+        test::Box<std::string> output;  // takes the end but once
+        test::Box<int> status;
     };
-
-    template <typename T>
-    static T waitFor(std::future<T>& future) {
-        if (future.wait_for(20s) != std::future_status::ready) {
-            throw std::runtime_error("the child did not come to its end");
-        }
-        return future.get();
-    }
-
     const std::shared_ptr<State> state = std::make_shared<State>();
-    std::future<std::string> outputFuture = state->output.get_future();
-    std::future<int> statusFuture = state->status.get_future();
 };
 
 TEST(Process, passesTheArgumentsOnAndTheWholeOutputBack) {
@@ -88,17 +75,17 @@ TEST(Process, tellsTheSignalThatEndedTheChild) {
 
 TEST(Process, terminateAsksPolitely) {
     Shell shell("trap 'exit 5' TERM; echo ready; while :; do sleep 0.02; done");
-    std::promise<void> ready;
-    auto gather = shell.process->readabilityHandler;
-    shell.process->readabilityHandler = [&, told = false](std::string_view chunk) mutable {
+    test::Box<bool> ready;
+    const auto gather = shell.process->readabilityHandler;
+    shell.process->readabilityHandler = [&, gather, told = false](std::string_view chunk) mutable {
         if (!told) {
-            ready.set_value();
+            ready.put(true);
         }
         told = true;
         gather(chunk);
     };
     ASSERT_FALSE(shell.process->run());
-    ready.get_future().get();
+    ready.take();
     EXPECT_TRUE(shell.process->isRunning());
     shell.process->terminate();
     EXPECT_EQ(shell.status(), 5);
@@ -149,8 +136,8 @@ TEST(Process, lettingTheHandleGoLeavesTheChildUndisturbed) {
 TEST(Process, aChunkIsAtMost64KiB) {
     Shell shell("head -c 1000000 /dev/zero");
     std::size_t largest = 0;
-    auto gather = shell.process->readabilityHandler;
-    shell.process->readabilityHandler = [&](std::string_view chunk) {
+    const auto gather = shell.process->readabilityHandler;
+    shell.process->readabilityHandler = [&largest, gather](std::string_view chunk) {
         largest = std::max(largest, chunk.size());
         gather(chunk);
     };
