@@ -1,0 +1,156 @@
+#include "runner/Supervisor.h"
+
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/prctl.h>
+#include <sys/socket.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <csignal>
+#include <cstdlib>
+#include <vector>
+
+#include "platform/Pipe.h"
+#include "runner/Children.h"
+#include "runner/CommandEnvironment.h"
+#include "runner/ExitStatus.h"
+#include "runner/Link.h"
+
+namespace bonkora::runner {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+std::optional<std::string> ownEnvironment(const char* name) {
+    const char* const value = std::getenv(name);
+    return value != nullptr ? std::optional<std::string>(value) : std::nullopt;
+}
+
+// In the child, between fork and exec.
+[[noreturn]] void becomeShell(const std::string& command, char* const environment[]) {
+    ::setsid();  // also without a terminal
+    // Should the supervisor itself be killed, nobody else would end the command.
+    ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+    const int nothing = ::open("/dev/null", O_RDONLY);
+    if (nothing >= 0) {
+        ::dup2(nothing, STDIN_FILENO);
+    }
+    ::close_range(3, ~0U, 0);
+    ::signal(SIGPIPE, SIG_DFL);
+    sigset_t none;
+    ::sigemptyset(&none);
+    ::sigprocmask(SIG_SETMASK, &none, nullptr);
+    ::execle("/bin/sh", "sh", "-c", command.c_str(), nullptr, environment);
+    platform::writeAll(STDERR_FILENO, "/bin/sh cannot be run.\n");
+    ::_exit(127);
+}
+
+}  // namespace
+
+Supervisor::Supervisor(int theLink) : link(theLink), signals{SIGCHLD, SIGTERM, SIGINT, SIGHUP} {
+    ::prctl(PR_SET_CHILD_SUBREAPER, 1);
+}
+
+int Supervisor::run(const std::string& shellCommand) {
+    // The user may have answered the prompt long after the runner was gone.
+    pollfd closed{link, POLLIN, 0};
+    if (::poll(&closed, 1, 0) != 0 || !start(shellCommand)) {
+        return 1;
+    }
+    wait();
+    const bool endedByItself = commandStatus.has_value();
+    endDescendants();
+    if (!endedByItself) {
+        return 1;
+    }
+    const auto status = static_cast<char>(*commandStatus);
+    ::send(link, &status, 1, MSG_NOSIGNAL);
+    return *commandStatus;
+}
+
+bool Supervisor::start(const std::string& shellCommand) {
+    std::vector<std::string> environment = commandEnvironment(ownEnvironment);
+    std::vector<char*> pointers;
+    for (std::string& variable : environment) {
+        pointers.push_back(variable.data());
+    }
+    pointers.push_back(nullptr);
+
+    command = ::fork();
+    if (command == 0) {
+        becomeShell(shellCommand, pointers.data());
+    }
+    if (command < 0) {
+        return false;
+    }
+    ::send(link, &startedByte, 1, MSG_NOSIGNAL);
+    return true;
+}
+
+void Supervisor::wait() {
+    for (;;) {
+        std::array<pollfd, 2> watched{{{link, POLLIN, 0}, {signals.get(), POLLIN, 0}}};
+        ::poll(watched.data(), watched.size(), -1);
+        if (watched[0].revents != 0) {
+            return;
+        }
+        while (const auto signal = signals.take()) {
+            if (*signal != SIGCHLD) {
+                return;
+            }
+            reap();
+        }
+        if (commandStatus) {
+            return;
+        }
+    }
+}
+
+void Supervisor::endDescendants() {
+    if (!signalUntil(SIGTERM, Clock::now() + politeTime)) {
+        // What cannot be killed within this time belongs to somebody else, or to the kernel.
+        signalUntil(SIGKILL, Clock::now() + std::chrono::seconds(1));
+    }
+}
+
+bool Supervisor::signalUntil(int signal, Clock::time_point deadline) {
+    while (!reap()) {
+        // A child keeps its number until it is reaped, so none of this can reach a stranger. Those
+        // whose parent ends become our children, and have their turn in the next round.
+        if (!commandStatus) {
+            ::kill(-command, signal);
+        }
+        for (const pid_t child : childrenOfThisProcess()) {
+            ::kill(child, signal);
+        }
+        const auto left =
+            std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now()).count();
+        if (left <= 0) {
+            return false;
+        }
+        pollfd changed{signals.get(), POLLIN, 0};
+        ::poll(&changed, 1, static_cast<int>(left));
+        while (signals.take()) {
+        }
+    }
+    return true;
+}
+
+bool Supervisor::reap() {
+    for (;;) {
+        int status = 0;
+        const pid_t child = ::waitpid(-1, &status, WNOHANG);
+        if (child <= 0) {
+            return child < 0 && errno == ECHILD;
+        }
+        if (child == command) {
+            commandStatus = exitStatus(status);
+        }
+    }
+}
+
+}  // namespace bonkora::runner

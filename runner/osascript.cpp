@@ -1,0 +1,78 @@
+// osascript: the privileged runner, for systems that have none of that name. It runs the shell
+// command of a one-statement script (Script.h), as the administrator where the script says so, and
+// passes the command's standard output on live and unchanged. Where it does not succeed, it prints
+// one line (ErrorLine.h) and ends with status 1. Asked to end by a signal, or left without a reader
+// of its output, it ends with status 0; however it ends, so does the command and all it started.
+//
+// The command runs in a second program beside this one, bonkora-elevated, which polkit starts as
+// root where need be.
+#include <unistd.h>
+
+#include <csignal>
+#include <filesystem>
+#include <string>
+#include <system_error>
+#include <vector>
+
+#include "platform/Bundle.h"
+#include "platform/Pipe.h"
+#include "platform/StandardStreams.h"
+#include "runner/Arguments.h"
+#include "runner/CommandRun.h"
+#include "runner/ErrorLine.h"
+#include "runner/HelperLaunch.h"
+#include "runner/Script.h"
+#include "runner/SignalDescriptor.h"
+
+namespace {
+
+using namespace bonkora;
+using namespace bonkora::runner;
+
+// The real path of bonkora-elevated, or nothing where it cannot be run.
+std::optional<std::string> helperPath() {
+    const auto own = platform::currentExecutablePath();
+    if (!own) {
+        return std::nullopt;
+    }
+    std::string path = own->substr(0, own->rfind('/')) + "/bonkora-elevated";
+    return ::access(path.c_str(), X_OK) == 0 ? std::optional(std::move(path)) : std::nullopt;
+}
+
+std::optional<Failure> runCommand(const ShellCommand& command) try {
+    const SignalDescriptor endSignals{SIGTERM, SIGINT, SIGHUP};
+    const auto helper = helperPath();
+    if (!helper) {
+        return Failure{"bonkora-elevated is missing beside osascript.", fileNotFound};
+    }
+    std::error_code unknown;  // a directory that was removed
+    const auto directory = std::filesystem::current_path(unknown).string();
+    return CommandRun(endSignals).run(helperLaunch(*helper, directory, command, ::geteuid() == 0));
+} catch (const std::system_error& error) {
+    return systemFailure(error.code().value());
+}
+
+int reported(const std::string& line) {
+    platform::writeAll(STDERR_FILENO, line);
+    return 1;
+}
+
+}  // namespace
+
+int main(int argumentCount, char* arguments[]) {
+    platform::prepareStandardStreams();
+    const auto script = scriptFromArguments({arguments + 1, arguments + argumentCount});
+    if (!script) {
+        platform::writeAll(STDERR_FILENO, usage);
+        return 2;
+    }
+    const auto parsed = parseScript(*script);
+    if (const auto* const error = std::get_if<SyntaxError>(&parsed)) {
+        return reported(syntaxErrorLine(*error));
+    }
+    const auto& command = std::get<ShellCommand>(parsed);
+    if (const auto failure = runCommand(command)) {
+        return reported(executionErrorLine(command.range, *failure));
+    }
+    return 0;
+}

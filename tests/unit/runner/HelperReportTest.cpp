@@ -1,0 +1,55 @@
+#include "runner/HelperReport.h"
+
+#include <gtest/gtest.h>
+
+namespace bonkora::runner {
+namespace {
+
+void PrintTo(const std::optional<Failure>& failure, std::ostream* out) {
+    *out << (failure ? failure->message + " " + std::to_string(failure->number) : "success");
+}
+
+HelperReport ended(int status, std::string errorOutput = "") {
+    return {true, true, status, status, std::move(errorOutput)};
+}
+
+HelperReport notStarted(bool throughPolkit, int helperStatus, std::string errorOutput = "") {
+    return {throughPolkit, false, std::nullopt, helperStatus, std::move(errorOutput)};
+}
+
+TEST(HelperReport, ofStatusZeroIsNoFailureWhateverWasWritten) {
+    EXPECT_EQ(failureFrom(ended(0, "careful\n")), std::nullopt);
+}
+
+TEST(HelperReport, takesTheCommandsErrorOutputForTheMessage) {
+    EXPECT_EQ(failureFrom(ended(4, "boom\n")), (Failure{"boom", 4}));
+    EXPECT_EQ(failureFrom(ended(3)), (Failure{"The command exited with a non-zero status.", 3}));
+}
+
+TEST(HelperReport, tellsADismissedPromptFromACommandOfThatStatus) {
+    EXPECT_EQ(failureFrom(notStarted(true, 126, "pkexec says so\n")),
+              (Failure{"User canceled.", -128}));
+    EXPECT_EQ(failureFrom(ended(126, "boom\n")), (Failure{"boom", 126}));
+}
+
+TEST(HelperReport, tellsARefusalFromACommandOfThatStatus) {
+    EXPECT_EQ(failureFrom(notStarted(true, 127, "No agent.\n")),
+              (Failure{"Administrator rights were refused. No agent.", -60005}));
+    EXPECT_EQ(failureFrom(notStarted(true, 127)),
+              (Failure{"Administrator rights were refused.", -60005}));
+    EXPECT_EQ(failureFrom(ended(127, "sh: nothing\n")), (Failure{"sh: nothing", 127}));
+}
+
+TEST(HelperReport, knowsNoPromptWherePolkitWasNotAsked) {
+    EXPECT_EQ(failureFrom(notStarted(false, 126)),
+              (Failure{"The command could not be started.", 126}));
+    EXPECT_EQ(failureFrom(notStarted(false, 1, "No room.\n")), (Failure{"No room.", 1}));
+}
+
+TEST(HelperReport, saysThatTheSupervisorWasKilled) {
+    EXPECT_EQ(failureFrom({true, true, std::nullopt, 137, "half a line"}),
+              (Failure{"The command was ended together with its supervisor.", 137}));
+}
+
+}  // namespace
+}  // namespace bonkora::runner

@@ -1,0 +1,231 @@
+// What the runner makes of a script and its command, with real processes.
+#include <fcntl.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <filesystem>
+#include <fstream>
+
+#include "tests/support/TemporaryFolder.h"
+#include "tests/unit/runner/ProcessWatch.h"
+#include "tests/unit/runner/RunnerUnderTest.h"
+
+namespace bonkora::test {
+namespace {
+
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::Not;
+using testing::StartsWith;
+
+struct Result {
+    int status = 0;
+    std::string output;
+    std::string errors;
+};
+
+Result resultOf(const std::vector<std::string>& arguments,
+                const RunnerUnderTest::Settings& settings = {}) {
+    RunnerUnderTest runner(arguments, settings);
+    Result result;
+    result.output = runner.readRest();
+    result.errors = runner.readErrors();
+    result.status = runner.waitForStatus();
+    return result;
+}
+
+Result resultOfCommand(std::string_view command, const RunnerUnderTest::Settings& settings = {}) {
+    return resultOf({"-e", scriptFor(command)}, settings);
+}
+
+TEST(RunnerProgram, endsWithStatusZeroWhenTheCommandDoes) {
+    const Result result = resultOfCommand("echo good; echo careful >&2");
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(result.output, "good\n");
+    EXPECT_EQ(result.errors, "");
+}
+
+TEST(RunnerProgram, reportsAFailingCommandWithItsNumber) {
+    const Result result = resultOfCommand("exit 3");
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.errors,
+              "0:24: execution error: The command exited with a non-zero status. (3)\n");
+}
+
+TEST(RunnerProgram, reportsAFailingCommandWithWhatItSaid) {
+    const Result result = resultOfCommand("echo boom >&2; exit 4");
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.errors, "0:39: execution error: boom (4)\n");
+}
+
+TEST(RunnerProgram, reportsACommandKilledByASignal) {
+    EXPECT_THAT(resultOfCommand("kill -9 $$").errors, EndsWith(" (137)\n"));
+}
+
+TEST(RunnerProgram, passesTheNumbersOfPkexecOnWhenTheyAreTheCommands) {
+    EXPECT_THAT(resultOfCommand("exit 126").errors, EndsWith("status. (126)\n"));
+    EXPECT_THAT(resultOfCommand("/no/such/program").errors, EndsWith("not found (127)\n"));
+}
+
+TEST(RunnerProgram, keepsTheEndOfALongErrorOutput) {
+    const Result result = resultOfCommand(
+        "head -c 10485760 /dev/zero | tr '\\0' 'x' >&2; printf '\\nthe end\\n' >&2; exit 5");
+    EXPECT_EQ(result.status, 1);
+    EXPECT_THAT(result.errors, StartsWith("0:98: execution error: xxxx"));
+    EXPECT_THAT(result.errors, EndsWith("xxxx the end (5)\n"));
+    // 4096 bytes, the last of which is the line feed that is dropped.
+    EXPECT_EQ(result.errors.size(), std::string_view("0:98: execution error: ").size() + 4095 + 5);
+}
+
+TEST(RunnerProgram, reportsAScriptItDoesNotUnderstand) {
+    const Result result = resultOf({"-e", "beep 2"});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.output, "");
+    EXPECT_EQ(result.errors,
+              "0:4: syntax error: Expected do shell script and a text in double quotes. "
+              "(-2741)\n");
+}
+
+TEST(RunnerProgram, tellsItsUsageWhenCalledWrongly) {
+    for (const std::vector<std::string>& wrong :
+         {std::vector<std::string>{}, {"-e"}, {"--help"}, {"-x", "y"}}) {
+        const Result result = resultOf(wrong);
+        EXPECT_EQ(result.status, 2);
+        EXPECT_EQ(result.output, "");
+        EXPECT_THAT(result.errors, StartsWith("usage: osascript -e "));
+    }
+}
+
+TEST(RunnerProgram, takesSeveralTextsForTheLinesOfOneScript) {
+    EXPECT_EQ(resultOf({"-e", "", "-e", "do shell script \"echo a", "-e", "echo b\""}).output,
+              "a\nb\n");
+}
+
+TEST(RunnerProgram, passesOutputOnUnchanged) {
+    const Result result = resultOfCommand("printf 'a\\000\\r\\n\\n\\377\\303b'");
+    EXPECT_EQ(result.output, std::string("a\0\r\n\n\xFF\xC3"
+                                         "b",
+                                         8));
+}
+
+TEST(RunnerProgram, passesALongOutputOnWhole) {
+    EXPECT_EQ(resultOfCommand("head -c 20000000 /dev/zero").output.size(), 20000000U);
+}
+
+TEST(RunnerProgram, passesOutputOnAsItComes) {
+    const TemporaryFolder folder;
+    const std::string gate = folder / "gate";
+    ASSERT_EQ(::mkfifo(gate.c_str(), 0600), 0);
+    RunnerUnderTest runner({"-e", scriptFor("echo one; read line <" + gate + "; echo $line")});
+    EXPECT_EQ(runner.readLine(), "one");
+    std::ofstream(gate) << "two\n";
+    EXPECT_EQ(runner.readRest(), "two\n");
+    EXPECT_EQ(runner.waitForStatus(), 0);
+}
+
+TEST(RunnerProgram, handsTheShellEveryCharacterOfTheCommand) {
+    EXPECT_EQ(resultOfCommand(R"(A='$x "y" \z'; printf '%s|' "$A" "\\ \"q\" \$HOME" 'é👋' `echo b`)")
+                  .output,
+              R"($x "y" \z|\ "q" $HOME|é👋|b|)");
+}
+
+TEST(RunnerProgram, givesTheCommandASmallEnvironment) {
+    RunnerUnderTest::Settings settings;
+    settings.environment = {{"PATH", "/tmp/elsewhere"}, {"HOME", "/home/u"}, {"PKEXEC_UID", "7"},
+                            {"LD_DEBUG", ""},           {"TMPDIR", "/x"},    {"LANG", "de_DE"}};
+    EXPECT_EQ(resultOfCommand("tr '\\0' '\\n' </proc/$$/environ", settings).output,
+              "PATH=/usr/bin:/bin:/usr/sbin:/sbin\nHOME=/home/u\nPKEXEC_UID=7\n");
+}
+
+TEST(RunnerProgram, runsTheCommandInItsOwnWorkingDirectory) {
+    const TemporaryFolder folder;
+    RunnerUnderTest::Settings settings;
+    settings.beforeExec = [&] { (void)!::chdir(folder.path().c_str()); };
+    EXPECT_EQ(resultOfCommand("pwd -P", settings).output,
+              std::filesystem::canonical(folder.path()).string() + "\n");
+}
+
+TEST(RunnerProgram, givesTheCommandNothingToReadAndNoTerminal) {
+    const Result result = resultOfCommand(
+        "cat; readlink /proc/self/fd/0; set -- $(cat /proc/$$/stat); echo $(($5 == $$)) $7");
+    EXPECT_EQ(result.output, "/dev/null\n1 0\n");
+}
+
+TEST(RunnerProgram, givesTheCommandNoDescriptorBesidesTheStandardOnes) {
+    RunnerUnderTest::Settings settings;
+    settings.beforeExec = [] { ::dup2(STDOUT_FILENO, 50); };
+    // The fourth is the listing's own.
+    EXPECT_EQ(resultOfCommand("ls /proc/self/fd", settings).output, "0\n1\n2\n3\n");
+}
+
+TEST(RunnerProgram, givesTheCommandTheDefaultSignals) {
+    RunnerUnderTest::Settings settings;
+    settings.beforeExec = [] {
+        for (const int number : {SIGTERM, SIGINT, SIGCHLD, SIGPIPE, SIGUSR1}) {
+            ::signal(number, SIG_IGN);
+        }
+        sigset_t all;
+        ::sigfillset(&all);
+        ::sigprocmask(SIG_SETMASK, &all, nullptr);
+    };
+    EXPECT_EQ(resultOfCommand("grep -E '^Sig(Blk|Ign)' /proc/self/status", settings).output,
+              "SigBlk:\t0000000000000000\nSigIgn:\t0000000000000000\n");
+}
+
+TEST(RunnerProgram, worksWithItsStandardStreamsClosed) {
+    const TemporaryFolder folder;
+    RunnerUnderTest::Settings settings;
+    settings.beforeExec = [] {
+        for (const int descriptor : {0, 1, 2}) {
+            ::close(descriptor);
+        }
+    };
+    const Result result = resultOfCommand("echo lost; echo $(id -u) >" + folder / "file", settings);
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(readFile(folder / "file"), std::to_string(::getuid()) + "\n");
+}
+
+TEST(RunnerProgram, saysThatTheElevatedSideIsMissing) {
+    TemporaryFolder folder;
+    std::filesystem::copy(BONKORA_HELPERS "/osascript", folder / "osascript");
+    RunnerUnderTest::Settings settings;
+    settings.folder = folder.path();
+    const Result result = resultOfCommand("echo good", settings);
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.errors,
+              "0:27: execution error: bonkora-elevated is missing beside osascript. (-43)\n");
+}
+
+TEST(RunnerProgram, saysThatNoDescriptorIsLeft) {
+    for (rlim_t limit = 4; limit < 8; ++limit) {
+        RunnerUnderTest::Settings settings;
+        settings.beforeExec = [limit] {
+            const rlimit few{limit, limit};
+            ::setrlimit(RLIMIT_NOFILE, &few);
+        };
+        const Result result = resultOfCommand("echo good", settings);
+        EXPECT_EQ(result.status, 1) << limit;
+        EXPECT_EQ(result.errors,
+                  "0:27: execution error: The command could not be started: "
+                  "Too many open files. (24)\n")
+            << limit;
+    }
+}
+
+TEST(ElevatedProgram, refusesToRunByHand) {
+    RunnerUnderTest::Settings settings;
+    settings.beforeExec = [] {
+        ::execl(BONKORA_HELPERS "/bonkora-elevated", "bonkora-elevated", "/", "echo bad", nullptr);
+    };
+    const Result result = resultOf({}, settings);
+    EXPECT_EQ(result.status, 2);
+    EXPECT_EQ(result.output, "");
+    EXPECT_EQ(result.errors, "bonkora-elevated is started by osascript alone.\n");
+}
+
+}  // namespace
+}  // namespace bonkora::test
