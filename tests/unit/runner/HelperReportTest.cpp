@@ -5,10 +5,6 @@
 namespace bonkora::runner {
 namespace {
 
-void PrintTo(const std::optional<Failure>& failure, std::ostream* out) {
-    *out << (failure ? failure->message + " " + std::to_string(failure->number) : "success");
-}
-
 HelperReport ended(int status, std::string errorOutput = "") {
     return {true, true, status, status, std::move(errorOutput)};
 }

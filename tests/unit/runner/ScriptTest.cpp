@@ -51,7 +51,7 @@ TEST(Script, allowsBlanksBetweenWordsAndEmptyLinesAround) {
         understood("\r\n  do\tshell  script\"x\"\t with  administrator privileges \n\n");
     EXPECT_EQ(command.text, "x");
     EXPECT_TRUE(command.withAdministratorPrivileges);
-    EXPECT_EQ(command.range, (ScriptRange{4, 57}));
+    EXPECT_EQ(command.range, (ScriptRange{4, 55}));
 }
 
 TEST(Script, countsItsOffsetsInCharacters) {
@@ -93,7 +93,7 @@ TEST(Script, refusesAnyOtherEscape) {
 
 TEST(Script, refusesWhatFollowsTheStatement) {
     EXPECT_EQ(refused("do shell script \"x\" with care"),
-              "24:28: syntax error: Expected with administrator privileges or the end of the "
+              "25:29: syntax error: Expected with administrator privileges or the end of the "
               "script. (-2741)\n");
     EXPECT_EQ(refused("do shell script \"x\"\ndo shell script \"y\""),
               "20:22: syntax error: Expected the end of the script. (-2741)\n");
