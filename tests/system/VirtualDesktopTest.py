@@ -4,6 +4,7 @@ import os
 import pathlib
 import signal
 import subprocess
+import tempfile
 import unittest
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
@@ -58,14 +59,20 @@ class VirtualDesktop(unittest.TestCase):
         self.assertEqual(done.stdout, "600 400\n2\n")
 
     def testFoldersAreItsOwnAndGoneAfterwards(self):
-        names = ("XDG_RUNTIME_DIR", "XDG_CONFIG_HOME", "XDG_CACHE_HOME", "XDG_DATA_HOME")
+        names = ("HOME", "XDG_RUNTIME_DIR", "XDG_CONFIG_HOME", "XDG_CACHE_HOME", "XDG_DATA_HOME")
         done = run("sh", "-c", "; ".join(f'echo "${name}"; test -w "${name}"' for name in names))
         self.assertEqual(done.returncode, 0)
         folders = done.stdout.split()
-        self.assertEqual(len(set(folders)), 4)
+        self.assertEqual(len(set(folders)), 5)
         for name, folder in zip(names, folders):
             self.assertNotEqual(folder, os.environ.get(name))
             self.assertFalse(os.path.exists(folder))
+
+    def testAGivenHomeIsUsedAndKept(self):
+        with tempfile.TemporaryDirectory() as home:
+            run("--home", home, "sh", "-c", "touch $HOME/here $XDG_CONFIG_HOME/there")
+            self.assertTrue(os.path.exists(f"{home}/here"))
+            self.assertTrue(os.path.exists(f"{home}/.config/there"))
 
     def testLeavesNoProcessBehindNotEvenAStrayOne(self):
         mark = f"virtual-desktop-test-{os.getpid()}"
