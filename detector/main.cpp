@@ -1,4 +1,4 @@
-// The detector's entry: command line, configuration, and the listener between them.
+// The detector's entry: command line, rights, configuration, and the listener amid them.
 #include <fcntl.h>
 #include <signal.h>
 #include <sys/signalfd.h>
@@ -6,6 +6,7 @@
 
 #include <iostream>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "detector/program/Configuration.h"
@@ -13,7 +14,11 @@
 #include "detector/program/HelpText.h"
 #include "detector/program/Listener.h"
 #include "detector/program/Options.h"
+#include "detector/program/Requester.h"
 #include "detector/program/SensorSource.h"
+#include "detector/sound/Voice.h"
+#include "platform/Bundle.h"
+#include "platform/Pipe.h"
 #include "platform/StandardStreams.h"
 #include "platform/UniqueDescriptor.h"
 
@@ -34,39 +39,83 @@ platform::UniqueDescriptor endingSignals() {
 }
 
 // The sound system's libraries talk to people on standard error, which an application reads as if
-// it were the report.
-void silenceLibraries() {
+// it were the report. Returns the real one, for lines of our own.
+platform::UniqueDescriptor silenceLibraries() {
+    platform::UniqueDescriptor real{::fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, 3)};
     const platform::UniqueDescriptor nowhere{::open("/dev/null", O_WRONLY | O_CLOEXEC)};
     if (nowhere) {
         ::dup2(nowhere.get(), STDERR_FILENO);
     }
+    return real;
 }
 
-int listen(const Options& options) {
-    if (options.stdio) {
-        silenceLibraries();
+Voice::Settings voiceSettings(const Options& options, const Configuration& configuration,
+                              const platform::Bundle& bundle) {
+    Voice::Settings settings;
+    settings.set = options.soundSet;
+    settings.soundsFolder = configuration.soundsFolder.empty()
+                                ? bundle.pathForResource("sounds").value_or("sounds")
+                                : configuration.soundsFolder;
+    settings.customFolder = options.customFolder;
+    settings.scalesWithForce = options.volumeScaling;
+    settings.minAmplitude = options.minAmplitude;
+    return settings;
+}
+
+std::unique_ptr<Voice> openVoice(const Voice::Settings& settings, int standardError) {
+    auto opened = Voice::open(settings);
+    if (const auto* const reason = std::get_if<std::string>(&opened)) {
+        platform::writeAll(standardError, "spank: " + *reason + "\n");
+        return nullptr;
     }
+    return std::get<0>(std::move(opened));
+}
+
+int listen(const Options& options, const platform::Bundle& bundle) {
+    const auto standardError = silenceLibraries();
     const auto signals = endingSignals();
     EventWriter writer{STDOUT_FILENO, options.stdio};
-    const Configuration configuration = readConfiguration();
-    for (const auto& complaint : configuration.complaints) {
-        writer.error("configuration: " + complaint);
-    }
-    SensorChoice choice;
-    choice.sensor = options.sensor.value_or(configuration.sensor);
-    choice.device = configuration.device;
-    choice.asFastAsPossible = options.asFastAsPossible;
-    choice.roots = {options.sysfsRoot, options.deviceRoot};
 
+    // What only root may open is opened first; whatever a user names, the user opens.
+    std::vector<OpenedAccelerometer> accelerometers;
+    const SystemRoots roots{options.sysfsRoot, options.deviceRoot};
+    const auto requester = findRequester();
+    if (const auto* const problem = std::get_if<std::string>(&requester)) {
+        writer.error(*problem);
+        return 1;
+    }
+    if (const auto* const user = std::get_if<Requester>(&requester)) {
+        accelerometers = openAccelerometers(roots);
+        if (!become(*user)) {
+            writer.error("the rights of root could not be given up");
+            return 1;
+        }
+    }
+
+    const Configuration configuration = readConfiguration();
+    const SensorChoice choice{options.sensor.value_or(configuration.sensor), configuration.device,
+                              options.asFastAsPossible, roots};
+    const auto openChosen = [&] { return openSensor(choice, std::exchange(accelerometers, {})); };
+    const bool isMute = configuration.mute || options.asFastAsPossible;
+    const auto voice =
+        isMute ? nullptr
+               : openVoice(voiceSettings(options, configuration, bundle), standardError.get());
     Listener::Settings settings;
     settings.sensitivity = {options.minAmplitude, options.cooldown, options.fast};
     settings.once = options.once;
     settings.obeysInput = options.stdio;
     settings.signalDescriptor = signals.get();
-    return Listener{settings, writer, [&] { return openSensor(choice); }}.run();
+    for (const auto& complaint : configuration.complaints) {
+        settings.complaints.push_back("configuration: " + complaint);
+    }
+    return Listener{settings, writer, openChosen, voice.get()}.run();
 }
 
-int run(const std::vector<std::string>& arguments) {
+int run(const platform::Bundle& bundle) {
+    auto arguments = bundle.arguments;
+    if (!arguments.empty()) {
+        arguments.erase(arguments.begin());  // the program's name
+    }
     const auto parsed = parseOptions(arguments);
     if (const auto* const error = std::get_if<UsageError>(&parsed)) {
         std::cerr << "spank: " << error->reason << "\n" << helpText << "\n";
@@ -88,7 +137,7 @@ int run(const std::vector<std::string>& arguments) {
         case Options::Task::listen:
             break;
     }
-    return listen(options);
+    return listen(options, bundle);
 }
 
 }  // namespace
@@ -97,5 +146,5 @@ int run(const std::vector<std::string>& arguments) {
 
 int main(int argumentCount, char** arguments) {
     bonkora::platform::prepareStandardStreams();
-    return bonkora::detector::run({arguments + 1, arguments + argumentCount});
+    return bonkora::detector::run(bonkora::platform::Bundle::main(argumentCount, arguments));
 }

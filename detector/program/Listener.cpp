@@ -11,24 +11,28 @@ namespace bonkora::detector {
 
 namespace {
 
-constexpr int retryMs = 1000;  // between two looks for a sensor
+constexpr int retryMs = 1000;        // between two looks for a sensor
+constexpr int finishingStepMs = 20;  // between two looks whether the last sound is over
+constexpr int finishingSteps = 250;  // at most 5 s of sound after a recording
 
 }  // namespace
 
-Listener::Listener(Settings theSettings, EventWriter& theWriter, OpenSensor theOpenSensor)
-    : settings(theSettings),
+Listener::Listener(Settings theSettings, EventWriter& theWriter, OpenSensor theOpenSensor,
+                   Voice* theVoice)
+    : settings(std::move(theSettings)),
       writer(theWriter),
       openSensor(std::move(theOpenSensor)),
-      inputIsOpen(theSettings.obeysInput) {}
+      voice(theVoice),
+      inputIsOpen(settings.obeysInput) {}
 
 int Listener::run() {
     open();
     while (!isOver) {
-        switch (wait()) {
+        switch (wait(sensor ? -1 : retryMs)) {
             case Wake::sensor:
                 read();
                 break;
-            case Wake::retry:
+            case Wake::timeout:
                 open();
                 break;
             case Wake::ending:
@@ -41,7 +45,7 @@ int Listener::run() {
     return status;
 }
 
-Listener::Wake Listener::wait() {
+Listener::Wake Listener::wait(int timeoutMs) {
     for (;;) {
         // A negative descriptor is passed over. The output reports its reader's end unasked.
         std::array<pollfd, 4> wakers{{
@@ -50,12 +54,12 @@ Listener::Wake Listener::wait() {
             {inputIsOpen ? settings.inputDescriptor : -1, POLLIN, 0},
             {sensor ? sensor->descriptor() : -1, POLLIN, 0},
         }};
-        const int count = ::poll(wakers.data(), wakers.size(), sensor ? -1 : retryMs);
+        const int count = ::poll(wakers.data(), wakers.size(), timeoutMs);
         if (count < 0 && errno != EINTR) {
             return Wake::ending;
         }
         if (count == 0) {
-            return Wake::retry;
+            return Wake::timeout;
         }
         const auto& [signals, output, commands, readings] = wakers;
         if (count > 0 && (signals.revents != 0 || (output.revents & (POLLERR | POLLHUP)) != 0 ||
@@ -92,6 +96,7 @@ bool Listener::asksToQuit() {
 void Listener::open() {
     auto opened = openSensor();
     if (const auto* const reason = std::get_if<std::string>(&opened)) {
+        complain();
         lose("no sensor: " + *reason);
         return;
     }
@@ -100,6 +105,7 @@ void Listener::open() {
     detector = std::make_unique<KnockDetector>(about.kind, about.rate, settings.sensitivity);
     lastReason.clear();
     writer.ready(nameOf(about.kind), about.name);
+    complain();
 }
 
 void Listener::read() {
@@ -108,12 +114,44 @@ void Listener::read() {
     const auto state = sensor->read(frames);
     detector->process(frames, knocks);
     for (const Knock& knock : knocks) {
-        writer.knock(knock.amplitude);
+        report(knock);
     }
     if (state.kind == SensorState::Kind::lost) {
         lose(state.reason);
     } else if (state.kind == SensorState::Kind::ended) {
+        letItFinish();
         isOver = true;
+    }
+}
+
+void Listener::report(const Knock& knock) {
+    writer.knock(knock.amplitude);
+    if (voice != nullptr) {
+        const auto& about = sensor->description();
+        voice->answer(knock.amplitude, about.kind, static_cast<double>(knock.frame) / about.rate);
+        complain();
+    }
+}
+
+void Listener::complain() {
+    if (voice != nullptr) {
+        if (auto complaint = voice->takeComplaint()) {
+            settings.complaints.push_back(std::move(*complaint));
+        }
+    }
+    for (const auto& complaint : settings.complaints) {
+        writer.error(complaint);
+    }
+    settings.complaints.clear();
+}
+
+// The answer to a recording's last knock is heard to its end, unless the program is to end.
+void Listener::letItFinish() {
+    sensor.reset();
+    for (int i = 0; voice != nullptr && voice->isSounding() && i < finishingSteps; ++i) {
+        if (wait(finishingStepMs) == Wake::ending) {
+            return;
+        }
     }
 }
 

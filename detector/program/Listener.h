@@ -11,6 +11,7 @@
 #include "detector/detection/KnockDetector.h"
 #include "detector/program/EventWriter.h"
 #include "detector/sensing/Sensor.h"
+#include "detector/sound/Voice.h"
 
 namespace bonkora::detector {
 
@@ -26,25 +27,33 @@ class Listener {
         int inputDescriptor = 0;
         int outputDescriptor = 1;
         int signalDescriptor = -1;  // readable when the program is to end
+        // What went wrong before, reported once it is known whether there is a sensor.
+        std::vector<std::string> complaints;
     };
 
-    Listener(Settings settings, EventWriter& writer, OpenSensor openSensor);
+    // `voice` may be null: knocks are then counted in silence.
+    Listener(Settings settings, EventWriter& writer, OpenSensor openSensor, Voice* voice);
 
     // The exit status.
     int run();
 
   private:
-    enum class Wake { sensor, retry, ending };
+    enum class Wake { sensor, timeout, ending };
 
-    Wake wait();
+    // What happens next; a timeout of -1 is none.
+    Wake wait(int timeoutMs);
     bool asksToQuit();
     void open();
     void read();
+    void report(const Knock& knock);
+    void complain();
     void lose(const std::string& reason);
+    void letItFinish();
 
-    const Settings settings;
+    Settings settings;
     EventWriter& writer;
     const OpenSensor openSensor;
+    Voice* const voice;
     std::unique_ptr<Sensor> sensor;
     std::unique_ptr<KnockDetector> detector;
     std::vector<Frame> frames;

@@ -28,69 +28,74 @@ Opened openRecording(const std::string& path, bool asFastAsPossible) {
                                              std::move(ticker));
 }
 
-Opened openAuto(const SensorChoice& choice) {
-    auto accelerometer = openAnyAccelerometer(choice);
-    if (accelerometer.index() == 0) {
-        return accelerometer;
-    }
-    auto microphone = openMicrophone(choice.device);
-    if (microphone.index() == 0) {
-        return microphone;
-    }
-    return "looked for an accelerometer (" + std::get<std::string>(accelerometer) +
-           ") and a microphone (" + std::get<std::string>(microphone) + ")";
-}
-
 }  // namespace
 
-Opened openAnyAccelerometer(const SensorChoice& choice) {
-    std::string reason = "none is there";
-    for (const auto& files : findAccelerometers(choice.roots)) {
-        if (!choice.device.empty() && choice.device != files.name && choice.device != files.id) {
-            continue;
-        }
-        auto opened = openAccelerometer(files, choice.roots);
-        if (auto* const why = std::get_if<std::string>(&opened)) {
-            reason = *why;
-            continue;
-        }
-        const double rate = std::get<0>(opened)->description().rate;
-        if (choice.sensor == "auto" && rate < lowestAutoRate) {
-            reason = files.name + " gives only " + platform::fixedDecimal(rate, 0) +
-                     " readings a second";
-            continue;
-        }
-        return opened;
-    }
-    return reason;
-}
-
-Opened openSensor(const SensorChoice& choice) {
-    if (choice.sensor.starts_with("file:")) {
-        return openRecording(choice.sensor.substr(5), choice.asFastAsPossible);
-    }
-    if (choice.sensor == "auto") {
-        return openAuto(choice);
-    }
-    const bool wantsMicrophone = choice.sensor == "microphone";
-    auto opened = wantsMicrophone ? openMicrophone(choice.device) : openAnyAccelerometer(choice);
-    if (auto* const reason = std::get_if<std::string>(&opened)) {
-        return "looked for " + std::string{wantsMicrophone ? "a microphone" : "an accelerometer"} +
-               " (" + *reason + ")";
+std::vector<OpenedAccelerometer> openAccelerometers(const SystemRoots& roots) {
+    std::vector<OpenedAccelerometer> opened;
+    for (auto& files : findAccelerometers(roots)) {
+        auto sensor = openAccelerometer(files, roots);
+        opened.push_back({std::move(files), std::move(sensor)});
     }
     return opened;
 }
 
+Opened chooseAccelerometer(const SensorChoice& choice, std::vector<OpenedAccelerometer> opened) {
+    std::string reason = "none is there";
+    for (auto& [files, sensor] : opened) {
+        if (!choice.device.empty() && choice.device != files.name && choice.device != files.id) {
+            continue;
+        }
+        if (auto* const why = std::get_if<std::string>(&sensor)) {
+            reason = *why;
+            continue;
+        }
+        const double rate = std::get<0>(sensor)->description().rate;
+        if (choice.sensor != "auto" || rate >= lowestAutoRate) {
+            return std::move(sensor);
+        }
+        reason =
+            files.name + " gives only " + platform::fixedDecimal(rate, 0) + " readings a second";
+    }
+    return reason;
+}
+
+Opened openSensor(const SensorChoice& choice, std::vector<OpenedAccelerometer> accelerometers) {
+    if (choice.sensor.starts_with("file:")) {
+        return openRecording(choice.sensor.substr(5), choice.asFastAsPossible);
+    }
+    std::string lookedFor = "looked for ";
+    if (choice.sensor != "microphone") {
+        if (accelerometers.empty()) {
+            accelerometers = openAccelerometers(choice.roots);
+        }
+        auto opened = chooseAccelerometer(choice, std::move(accelerometers));
+        if (opened.index() == 0) {
+            return opened;
+        }
+        lookedFor += "an accelerometer (" + std::get<std::string>(opened) + ")";
+    }
+    if (choice.sensor == "auto") {
+        lookedFor += " and ";
+    }
+    if (choice.sensor != "accelerometer") {
+        auto opened = openMicrophone(choice.device);
+        if (opened.index() == 0) {
+            return opened;
+        }
+        lookedFor += "a microphone (" + std::get<std::string>(opened) + ")";
+    }
+    return lookedFor;
+}
+
 std::vector<std::string> listSensors(const SystemRoots& roots) {
     std::vector<std::string> lines;
-    for (const auto& files : findAccelerometers(roots)) {
-        const auto opened = openAccelerometer(files, roots);
-        const auto* const sensor = std::get_if<0>(&opened);
-        lines.push_back(
-            "accelerometer\t" + files.id + "\t" + files.name + "\t" +
-            (sensor != nullptr
-                 ? platform::fixedDecimal((*sensor)->description().rate, 0) + " readings a second"
-                 : std::get<1>(opened)));
+    for (const auto& [files, sensor] : openAccelerometers(roots)) {
+        const auto* const open = std::get_if<0>(&sensor);
+        const auto state =
+            open != nullptr
+                ? platform::fixedDecimal((*open)->description().rate, 0) + " readings a second"
+                : std::get<1>(sensor);
+        lines.push_back("accelerometer\t" + files.id + "\t" + files.name + "\t" + state);
     }
     for (const auto& name : findMicrophones()) {
         lines.push_back("microphone\t" + name);

@@ -21,11 +21,22 @@ struct SensorChoice {
 // `auto` passes over an accelerometer that sustains fewer readings a second: it misses knocks.
 inline constexpr double lowestAutoRate = 200.0;
 
-// The open sensor, or what was looked for and why nothing was found, for people.
-std::variant<std::unique_ptr<Sensor>, std::string> openSensor(const SensorChoice& choice);
+struct OpenedAccelerometer {
+    AccelerometerFiles files;
+    std::variant<std::unique_ptr<Sensor>, std::string> sensor;  // or why it cannot be read
+};
 
-// The accelerometer part of it alone.
-std::variant<std::unique_ptr<Sensor>, std::string> openAnyAccelerometer(const SensorChoice& choice);
+// All that are there, opened.
+std::vector<OpenedAccelerometer> openAccelerometers(const SystemRoots& roots);
+
+// The one that was chosen, the others being closed, or why it is none of them.
+std::variant<std::unique_ptr<Sensor>, std::string> chooseAccelerometer(
+    const SensorChoice& choice, std::vector<OpenedAccelerometer> opened);
+
+// The open sensor, or what was looked for and why nothing was found, for people. `accelerometers`
+// are taken where there are any, such as those that root has opened; otherwise it looks for itself.
+std::variant<std::unique_ptr<Sensor>, std::string> openSensor(
+    const SensorChoice& choice, std::vector<OpenedAccelerometer> accelerometers = {});
 
 // One line for each sensor that is there.
 std::vector<std::string> listSensors(const SystemRoots& roots);

@@ -79,11 +79,11 @@ TEST_F(AccelerometersTest, autoPassesOverOneThatIsTooSlowAndSaysSo) {
     addIndustrialIo(0, "sluggish", "100");
     SensorChoice choice;
     choice.roots = roots;
-    const auto opened = openAnyAccelerometer(choice);
+    const auto opened = chooseAccelerometer(choice, openAccelerometers(roots));
     ASSERT_EQ(opened.index(), 1U);
     EXPECT_EQ(std::get<1>(opened), "sluggish gives only 100 readings a second");
     choice.sensor = "accelerometer";
-    EXPECT_EQ(openAnyAccelerometer(choice).index(), 0U);
+    EXPECT_EQ(chooseAccelerometer(choice, openAccelerometers(roots)).index(), 0U);
 }
 
 TEST_F(AccelerometersTest, aNamedDeviceIsTheOnlyOneTaken) {
@@ -92,11 +92,11 @@ TEST_F(AccelerometersTest, aNamedDeviceIsTheOnlyOneTaken) {
     SensorChoice choice;
     choice.roots = roots;
     choice.device = "iio:device1";
-    auto opened = openAnyAccelerometer(choice);
+    auto opened = chooseAccelerometer(choice, openAccelerometers(roots));
     ASSERT_EQ(opened.index(), 0U);
     EXPECT_EQ(std::get<0>(opened)->description().name, "second");
     choice.device = "third";
-    EXPECT_EQ(openAnyAccelerometer(choice).index(), 1U);
+    EXPECT_EQ(chooseAccelerometer(choice, openAccelerometers(roots)).index(), 1U);
 }
 
 TEST_F(AccelerometersTest, filesThatMakeNoSenseAreRefusedWithAReason) {

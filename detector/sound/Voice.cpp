@@ -1,0 +1,136 @@
+#include "detector/sound/Voice.h"
+
+#include <SDL.h>
+#include <SDL_mixer.h>
+
+#include <array>
+#include <cmath>
+#include <random>
+#include <utility>
+
+#include "detector/SdlSystem.h"
+#include "detector/sound/Loudness.h"
+#include "detector/sound/SoundShelf.h"
+
+namespace bonkora::detector {
+
+namespace {
+
+constexpr int sampleRate = 44100;  // samples a second
+constexpr int chunkSize = 256;     // samples; the device asks for them every 5.8 ms
+constexpr int voices = 16;         // sounds at the same time
+
+// SDL's mixer, open for as long as one of these lives.
+class Mixer {
+    struct Key {};
+
+  public:
+    Mixer(Key, std::unique_ptr<SdlSystem> theSystem) : system(std::move(theSystem)) {}
+    Mixer(const Mixer&) = delete;
+    Mixer& operator=(const Mixer&) = delete;
+    ~Mixer() {
+        Mix_CloseAudio();
+        Mix_Quit();
+    }
+
+    static std::unique_ptr<Mixer> open() {
+        auto sdl = SdlSystem::start();
+        if (!sdl || Mix_OpenAudioDevice(sampleRate, AUDIO_S16SYS, 2, chunkSize, nullptr,
+                                        SDL_AUDIO_ALLOW_SAMPLES_CHANGE) != 0) {
+            return nullptr;
+        }
+        Mix_Init(MIX_INIT_MP3 | MIX_INIT_OGG | MIX_INIT_FLAC);
+        Mix_AllocateChannels(voices);
+        return std::make_unique<Mixer>(Key{}, std::move(sdl));
+    }
+
+  private:
+    const std::unique_ptr<SdlSystem> system;
+};
+
+class MixedVoice final : public Voice {
+  public:
+    MixedVoice(std::unique_ptr<Mixer> theMixer, const Settings& theSettings)
+        : mixer(std::move(theMixer)), settings(theSettings) {
+        const auto seed = std::random_device{}();
+        const bool isCustom = settings.set == SoundSet::custom;
+        const auto set = isCustom ? SoundSet::pain : settings.set;
+        builtIn = SoundShelf::loaded(soundFilesIn(folderOf(set)), SoundChoice::of(set, seed));
+        if (builtIn->isEmpty()) {
+            complaint = "there are no sounds in " + folderOf(set);
+        }
+        if (isCustom) {
+            custom = SoundShelf::readingAhead(soundFilesIn(settings.customFolder),
+                                              SoundChoice::of(SoundSet::custom, seed));
+            dropCustomIfEmpty();
+        }
+    }
+    MixedVoice(const MixedVoice&) = delete;
+    MixedVoice& operator=(const MixedVoice&) = delete;
+    ~MixedVoice() override { Mix_HaltChannel(-1); }
+
+    void answer(double amplitude, SensorKind kind, double time) override {
+        dropCustomIfEmpty();
+        Sound sound = custom ? custom->take(time) : nullptr;
+        if (!sound) {
+            sound = builtIn->take(time);
+        }
+        if (!sound) {
+            return;
+        }
+        if (Mix_GroupAvailable(-1) < 0) {
+            Mix_HaltChannel(Mix_GroupOldest(-1));
+        }
+        const int channel = Mix_GroupAvailable(-1);
+        if (channel < 0) {
+            return;
+        }
+        const double loudness =
+            settings.scalesWithForce ? loudnessFor(amplitude, settings.minAmplitude, kind) : 1.0;
+        Mix_Volume(channel, static_cast<int>(std::lround(loudness * MIX_MAX_VOLUME)));
+        Mix_PlayChannel(channel, sound.get(), 0);
+        sounding.at(static_cast<std::size_t>(channel)) = std::move(sound);
+    }
+
+    bool isSounding() const override { return Mix_Playing(-1) > 0; }
+
+    std::optional<std::string> takeComplaint() override {
+        return std::exchange(complaint, std::nullopt);
+    }
+
+  private:
+    std::string folderOf(SoundSet set) const {
+        const char* const name = set == SoundSet::sexy   ? "/sexy"
+                                 : set == SoundSet::halo ? "/halo"
+                                                         : "/pain";
+        return settings.soundsFolder + name;
+    }
+
+    void dropCustomIfEmpty() {
+        if (custom && custom->isEmpty()) {
+            custom.reset();
+            complaint = "no MP3, OGG, FLAC or WAV file that can be used in " +
+                        settings.customFolder + "; the built-in sounds stand in";
+        }
+    }
+
+    const std::unique_ptr<Mixer> mixer;
+    const Settings settings;
+    std::unique_ptr<SoundShelf> builtIn;
+    std::unique_ptr<SoundShelf> custom;
+    // What each channel plays must stay in memory; the channel's next sound takes its place.
+    std::array<Sound, voices> sounding;
+    std::optional<std::string> complaint;
+};
+
+}  // namespace
+
+std::variant<std::unique_ptr<Voice>, std::string> Voice::open(const Settings& settings) {
+    auto mixer = Mixer::open();
+    if (!mixer) {
+        return std::string{"there is no sound device; counting goes on without sound"};
+    }
+    return std::make_unique<MixedVoice>(std::move(mixer), settings);
+}
+
+}  // namespace bonkora::detector

@@ -1,0 +1,41 @@
+// Voice: the detector's answer to a knock. Main thread.
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <variant>
+
+#include "detector/program/Options.h"
+#include "detector/sensing/Sensor.h"
+
+namespace bonkora::detector {
+
+class Voice {
+  public:
+    Voice() = default;
+    Voice(const Voice&) = delete;
+    Voice& operator=(const Voice&) = delete;
+    virtual ~Voice() = default;
+
+    // Answers a knock of `amplitude` in the sensor's unit at `time` s of the signal. Returns at
+    // once; sounds that overlap are mixed, the oldest giving way beyond 16.
+    virtual void answer(double amplitude, SensorKind kind, double time) = 0;
+    // Whether a sound is still to be heard.
+    virtual bool isSounding() const = 0;
+    // What went wrong since the last call, for people.
+    virtual std::optional<std::string> takeComplaint() = 0;
+
+    struct Settings {
+        SoundSet set = SoundSet::pain;
+        std::string soundsFolder;  // holds pain, sexy and halo
+        std::string customFolder;
+        bool scalesWithForce = false;
+        double minAmplitude = 0.05;  // of the softest knock that counts
+    };
+
+    // The voice through the default sound device, or why there is none.
+    static std::variant<std::unique_ptr<Voice>, std::string> open(const Settings& settings);
+};
+
+}  // namespace bonkora::detector
