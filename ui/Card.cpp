@@ -1,0 +1,17 @@
+#include "ui/Card.h"
+
+#include <QPainter>
+
+#include "ui/Colors.h"
+#include "ui/Shapes.h"
+
+namespace bonkora {
+
+void Card::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.fillPath(shapes::continuousRectangle(rect(), cornerRadius),
+                     palette().color(colorRole::controlBackground));
+}
+
+}  // namespace bonkora

@@ -1,0 +1,16 @@
+// Divider: a horizontal line, one logical pixel high, in the separator colour. Main thread.
+#pragma once
+
+#include <QWidget>
+
+namespace bonkora {
+
+class Divider final : public QWidget {
+  public:
+    Divider();
+
+  protected:
+    void paintEvent(QPaintEvent* event) override;
+};
+
+}  // namespace bonkora

@@ -1,0 +1,56 @@
+#include "ui/FolderField.h"
+
+#include <QPainter>
+#include <QSignalBlocker>
+
+#include "ui/Colors.h"
+#include "ui/Shapes.h"
+#include "ui/TextStyle.h"
+
+namespace bonkora {
+
+namespace {
+
+constexpr int fieldHeight = 21;
+constexpr int textMargin = 3;
+constexpr int cornerRadius = 5;
+
+}  // namespace
+
+FolderField::FolderField(const QString& placeholder) {
+    setPlaceholderText(placeholder);
+    setFont(textStyle::caption.monospaced().font());
+    setFrame(false);
+    setTextMargins(textMargin, 0, textMargin, 0);
+    // The background is painted below, with round corners.
+    setAutoFillBackground(false);
+    setStyleSheet("background: transparent");
+}
+
+void FolderField::show(const QString& newText) {
+    if (newText != text()) {
+        const QSignalBlocker notAnEdit(this);
+        setText(newText);
+    }
+}
+
+QSize FolderField::sizeHint() const {
+    return {100, fieldHeight};
+}
+
+void FolderField::paintEvent(QPaintEvent* event) {
+    {
+        QPainter painter(this);
+        painter.setRenderHint(QPainter::Antialiasing);
+        const QRectF box = QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5);
+        const QPainterPath outline = shapes::continuousRectangle(box, cornerRadius);
+        painter.fillPath(outline, palette().color(colorRole::controlBackground));
+        painter.strokePath(outline, palette().color(colorRole::track));
+        if (hasFocus()) {
+            FocusRing::draw(painter, rect(), cornerRadius, palette().color(colorRole::focusRing));
+        }
+    }
+    QLineEdit::paintEvent(event);
+}
+
+}  // namespace bonkora

@@ -1,0 +1,19 @@
+// The measures that sections share, in logical pixels, and stacks laid out by them.
+#pragma once
+
+#include <QHBoxLayout>
+#include <QVBoxLayout>
+
+namespace bonkora::panelLayout {
+
+inline constexpr int defaultSpacing = 8;
+inline constexpr int sidePadding = 14;
+
+template <typename Layout>
+Layout* padded(Layout* layout, int horizontal, int vertical, int spacing = defaultSpacing) {
+    layout->setContentsMargins(horizontal, vertical, horizontal, vertical);
+    layout->setSpacing(spacing);
+    return layout;
+}
+
+}  // namespace bonkora::panelLayout

@@ -1,0 +1,23 @@
+// SymbolView: one symbol in one colour role, decoration only. Main thread.
+#pragma once
+
+#include <QPalette>
+#include <QWidget>
+
+#include "ui/Symbol.h"
+
+namespace bonkora {
+
+class SymbolView final : public QWidget {
+  public:
+    SymbolView(Symbol symbol, int size, QPalette::ColorRole color);
+
+  protected:
+    void paintEvent(QPaintEvent* event) override;
+
+  private:
+    const Symbol symbol;
+    const QPalette::ColorRole color;
+};
+
+}  // namespace bonkora

@@ -1,0 +1,51 @@
+#include "ui/TextLabel.h"
+
+#include <QPainter>
+#include <cmath>
+
+#include "ui/TextPainter.h"
+
+namespace bonkora {
+
+TextLabel::TextLabel(const TextStyle& theStyle, QPalette::ColorRole theColor, const QString& text,
+                     Lines theLines)
+    : look(theStyle), color(theColor), lines(theLines) {
+    setTextFormat(Qt::PlainText);
+    setFont(look.font());
+    QSizePolicy policy(lines == Lines::one ? QSizePolicy::Preferred : QSizePolicy::Expanding,
+                       lines == Lines::one ? QSizePolicy::Fixed : QSizePolicy::Preferred);
+    policy.setHeightForWidth(lines == Lines::asNeeded);
+    setSizePolicy(policy);
+    setText(text);
+}
+
+void TextLabel::show(const QString& newText) {
+    if (newText != text()) {
+        setText(newText);
+    }
+}
+
+QSize TextLabel::sizeHint() const {
+    const QSizeF size = textPainter::naturalSize(text(), look);
+    return {static_cast<int>(std::ceil(size.width())), static_cast<int>(size.height())};
+}
+
+QSize TextLabel::minimumSizeHint() const {
+    return {lines == Lines::one ? sizeHint().width() : 1, look.lineHeight};
+}
+
+int TextLabel::heightForWidth(int width) const {
+    return lines == Lines::one ? look.lineHeight
+                               : static_cast<int>(textPainter::wrappedHeight(text(), look, width));
+}
+
+void TextLabel::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    if (lines == Lines::one) {
+        textPainter::drawLine(painter, rect(), text(), look, palette().color(color), alignment());
+    } else {
+        textPainter::drawWrapped(painter, rect(), text(), look, palette().color(color));
+    }
+}
+
+}  // namespace bonkora
