@@ -1,0 +1,83 @@
+#include "app/Application.h"
+
+#include <QApplication>
+#include <cstdio>
+#include <memory>
+
+#include "app/BonkoraApp.h"
+#include "app/DesktopAppearance.h"
+#include "app/MenuBarExtra.h"
+#include "app/QtMainQueue.h"
+#include "app/SignalWatch.h"
+#include "app/SingleInstance.h"
+#include "app/Version.h"
+#include "app/WindowSystem.h"
+#include "platform/Bundle.h"
+#include "platform/Platform.h"
+#include "ui/Accessibility.h"
+
+namespace bonkora {
+
+namespace {
+
+// Standard output is for the controller's lines alone.
+void sayOnStandardError(QtMsgType type, const QMessageLogContext&, const QString& message) {
+    std::fprintf(stderr, "%s\n", message.toLocal8Bit().constData());
+    if (type == QtFatalMsg) {
+        std::abort();
+    }
+}
+
+void nameApplication() {
+    QCoreApplication::setApplicationName("Bonkora");
+    QCoreApplication::setApplicationVersion(version);
+    QGuiApplication::setApplicationDisplayName("Bonkora");
+    QGuiApplication::setDesktopFileName("org.bonkora.Bonkora");
+    QGuiApplication::setQuitOnLastWindowClosed(false);
+    QApplication::setStyle("Fusion");
+}
+
+int runScene(const platform::Bundle& bundle, SingleInstance& instance) {
+    const auto mainQueue = std::make_shared<QtMainQueue>();
+    const SignalWatch signalWatch;
+    QObject::connect(&signalWatch, &SignalWatch::asked, qApp, &QCoreApplication::quit);
+
+    Appearance appearance;
+    const DesktopAppearance desktopAppearance(appearance);
+    installAccessibility();
+
+    BonkoraApp app(
+        [&] { return SpankWrapper::create(platform::Platform::real(mainQueue, bundle)); });
+    MenuBarExtra extra(app.body(), {mainQueue, [] { QCoreApplication::quit(); }, appearance});
+    QObject::connect(&instance, &SingleInstance::activated, &extra, &MenuBarExtra::openPanel);
+
+    const int status = QCoreApplication::exec();
+    mainQueue->close();
+    return status;
+}
+
+}  // namespace
+
+int runApplication(int argumentCount, char** arguments) {
+    qInstallMessageHandler(sayOnStandardError);
+    const auto bundle = platform::Bundle::main(argumentCount, arguments);
+    if (const auto problem = windowSystem::prepare()) {
+        std::fprintf(stderr, "bonkora: %s\n", problem->c_str());
+        return 1;
+    }
+    // Its own options are not Qt's.
+    int programNameOnly = 1;
+    const QApplication application(programNameOnly, arguments);
+    nameApplication();
+
+    SingleInstance instance;
+    if (!instance.isFirst()) {
+        if (!SingleInstance::activateFirst()) {
+            qWarning("bonkora: is running already");
+        }
+        return 0;
+    }
+    return runScene(bundle, instance);
+}
+
+}  // namespace bonkora

@@ -1,0 +1,130 @@
+#include "app/MenuBarExtra.h"
+
+#include <QCursor>
+#include <QGuiApplication>
+#include <QScreen>
+#include <utility>
+
+#include "app/PanelPlacement.h"
+#include "app/WindowSystem.h"
+
+namespace bonkora {
+
+namespace {
+
+// Some bars send a double click as two, and the press that closed the panel may come again as a
+// click on the item.
+constexpr int openedMilliseconds = 250;
+constexpr int closedMilliseconds = 300;
+// At the start of a session the bar may come after us, and one that died may come back.
+constexpr int hostGraceMilliseconds = 1000;
+
+}  // namespace
+
+MenuBarExtra::MenuBarExtra(MenuBarScene theScene, const PanelEnvironment& theEnvironment)
+    : scene(std::move(theScene)), environment(theEnvironment) {
+    for (platform::ObservableObject* observed : scene.observed) {
+        observation.observe(*observed);
+    }
+    hostGrace.setSingleShot(true);
+    hostGrace.setInterval(hostGraceMilliseconds);
+    connect(&hostGrace, &QTimer::timeout, this, &MenuBarExtra::showPlainWindow);
+    connect(&hosts, &MenuBarHosts::changed, this, &MenuBarExtra::followHosts);
+    followHosts();
+}
+
+MenuBarExtra::~MenuBarExtra() {
+    if (panel) {
+        panel->disconnect(this);
+        delete panel;
+    }
+}
+
+void MenuBarExtra::followHosts() {
+    switch (hosts.kind()) {
+        case MenuBarHosts::Kind::unknown:
+            break;
+        case MenuBarHosts::Kind::none:
+            item.reset();
+            hostGrace.start();
+            break;
+        case MenuBarHosts::Kind::statusNotifier:
+        case MenuBarHosts::Kind::platformTray:
+            takeItem(hosts.kind());
+            break;
+    }
+}
+
+void MenuBarExtra::takeItem(MenuBarHosts::Kind kind) {
+    hostGrace.stop();
+    item = MenuBarHosts::makeItem(kind);
+    connect(item.get(), &MenuBarItem::clicked, this, &MenuBarExtra::click);
+    refreshLabel();
+    if (panel && panel->style() == PanelWindow::Style::plain) {
+        panel->disconnect(this);  // goes because it is needed no more: not the user's wish to leave
+        panel->close();
+    }
+}
+
+void MenuBarExtra::showPlainWindow() {
+    qWarning(
+        "bonkora: this desktop has no menu bar or tray to show an item in;"
+        " the panel is a window until there is one");
+    if (panel) {
+        panel->close();
+    }
+    PanelWindow* window = makePanel(PanelWindow::Style::plain);
+    connect(window, &PanelWindow::closed, this, environment.terminate);
+    const QRect available = QGuiApplication::primaryScreen()->availableGeometry();
+    QRect place(QPoint(), scene.contentSize.boundedTo(available.size()));
+    place.moveCenter(available.center());
+    window->open(place);
+}
+
+void MenuBarExtra::refreshLabel() {
+    if (item) {
+        item->show(scene.label());
+    }
+}
+
+void MenuBarExtra::openPanel() {
+    if (panel) {
+        panel->raiseToFront();
+    } else if (item) {
+        open(item->geometry().center());
+    }
+}
+
+void MenuBarExtra::click(const QPoint& reported) {
+    if (panel && PanelWindow::isOccupied()) {
+        panel->raiseToFront();
+    } else if (panel) {
+        if (sinceOpened.elapsed() >= openedMilliseconds) {
+            panel->close();
+        }
+    } else if (!sinceClosed.isValid() || sinceClosed.elapsed() >= closedMilliseconds) {
+        open(windowSystem::clickPosition(reported));
+    }
+}
+
+void MenuBarExtra::open(const QPoint& click) {
+    QScreen* screen = QGuiApplication::screenAt(click);
+    screen = screen != nullptr ? screen : QGuiApplication::primaryScreen();
+    const QRect whole = screen->geometry();
+    const auto clicked = panelPlacement::itemRectangle(click, item->geometry(), whole);
+    makePanel(PanelWindow::Style::dropDown)
+        ->open(panelPlacement::panelRectangle(scene.contentSize, clicked, whole,
+                                              screen->availableGeometry()));
+    sinceOpened.start();
+}
+
+PanelWindow* MenuBarExtra::makePanel(PanelWindow::Style style) {
+    panel = new PanelWindow(scene.content(environment), style);
+    connect(panel, &PanelWindow::closed, this, [this] {
+        panel = nullptr;
+        sinceClosed.start();
+    });
+    return panel;
+}
+
+}  // namespace bonkora

@@ -1,0 +1,49 @@
+// MenuBarExtra: the one menu-bar item of a scene, and the panel that drops down from it. Where no
+// bar is there, it says so on standard error and shows the panel as a plain window until one comes;
+// closing that window ends the application. Main thread.
+#pragma once
+
+#include <QElapsedTimer>
+#include <QPointer>
+#include <QTimer>
+#include <memory>
+
+#include "app/MenuBarHosts.h"
+#include "app/MenuBarItem.h"
+#include "app/MenuBarScene.h"
+#include "app/PanelWindow.h"
+#include "ui/Observation.h"
+
+namespace bonkora {
+
+class MenuBarExtra final : public QObject {
+    Q_OBJECT
+
+  public:
+    MenuBarExtra(MenuBarScene scene, const PanelEnvironment& environment);
+    ~MenuBarExtra() override;
+
+    // Shows the panel, wherever it can.
+    void openPanel();
+
+  private:
+    void followHosts();
+    void takeItem(MenuBarHosts::Kind kind);
+    void showPlainWindow();
+    void refreshLabel();
+    void click(const QPoint& reported);
+    void open(const QPoint& click);
+    PanelWindow* makePanel(PanelWindow::Style style);
+
+    const MenuBarScene scene;
+    const PanelEnvironment environment;
+    MenuBarHosts hosts;
+    std::unique_ptr<MenuBarItem> item;
+    QPointer<PanelWindow> panel;
+    QElapsedTimer sinceOpened;
+    QElapsedTimer sinceClosed;
+    QTimer hostGrace;
+    Observation observation{[this] { refreshLabel(); }};
+};
+
+}  // namespace bonkora

@@ -1,0 +1,19 @@
+#include "app/MenuBarHosts.h"
+#include "app/TrayIconItem.h"
+
+namespace bonkora {
+
+// The menu bar is always there.
+class MenuBarHosts::Watch {};
+
+MenuBarHosts::MenuBarHosts() {
+    set(Kind::platformTray);
+}
+
+MenuBarHosts::~MenuBarHosts() = default;
+
+std::unique_ptr<MenuBarItem> MenuBarHosts::makeItem(Kind) {
+    return std::make_unique<TrayIconItem>();
+}
+
+}  // namespace bonkora

@@ -1,0 +1,52 @@
+// PanelWindow: the window that drops down from the menu-bar item, or a plain window where there is
+// no bar to drop from. Owns its content; goes when it is closed, and takes the content along.
+// Main thread.
+//
+// A drop-down closes on Escape, on a press outside it, and when another window becomes active,
+// but not while a dialog or menu of its own is open.
+#pragma once
+
+#include <QElapsedTimer>
+#include <QEvent>
+#include <QWidget>
+#include <memory>
+
+namespace bonkora {
+
+class PanelWindow final : public QWidget {
+    Q_OBJECT
+
+  public:
+    enum class Style { dropDown, plain };
+
+    PanelWindow(std::unique_ptr<QWidget> content, Style style);
+
+    Style style() const { return panelStyle; }
+    void open(const QRect& place);
+    // Brings it to the front, or the dialog that it waits for.
+    void raiseToFront();
+    // Whether a dialog or menu of its own is open.
+    static bool isOccupied();
+
+  signals:
+    void closed();
+
+  protected:
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
+    bool event(QEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+  private:
+    void grabPointer();
+    void followActivation(QEvent::Type type);
+
+    const Style panelStyle;
+    const bool isBlended;
+    QWidget* content;
+    QElapsedTimer sinceDialog;
+};
+
+}  // namespace bonkora

@@ -1,0 +1,29 @@
+// SignalWatch: turns SIGTERM and SIGINT into a signal on the main thread. One at a time in a
+// process. Main thread.
+#pragma once
+
+#include <QObject>
+#include <QSocketNotifier>
+#include <optional>
+
+#include "platform/Pipe.h"
+
+namespace bonkora {
+
+class SignalWatch final : public QObject {
+    Q_OBJECT
+
+  public:
+    SignalWatch();
+    // Ignores both signals from then on: the end is near already.
+    ~SignalWatch() override;
+
+  signals:
+    void asked();
+
+  private:
+    std::optional<platform::Pipe> pipe;
+    std::unique_ptr<QSocketNotifier> notifier;
+};
+
+}  // namespace bonkora

@@ -1,0 +1,33 @@
+// SingleInstance: one application for a user and session. The first holds a name on the session
+// bus, or a lock file where there is no bus; a later one asks the first to open its panel, and
+// ends. One implementation for each system. Main thread.
+#pragma once
+
+#include <QObject>
+#include <memory>
+
+namespace bonkora {
+
+class SingleInstance final : public QObject {
+    Q_OBJECT
+
+  public:
+    SingleInstance();
+    ~SingleInstance() override;
+
+    bool isFirst() const { return first; }
+    // Asks the first one to open its panel. False where it could not be asked.
+    static bool activateFirst();
+
+  signals:
+    // A later one has asked.
+    void activated();
+
+  private:
+    struct Hold;
+
+    std::unique_ptr<Hold> hold;
+    bool first;
+};
+
+}  // namespace bonkora

@@ -1,0 +1,29 @@
+// WindowSystem: the few things about windows that Qt has no door for. One implementation for each
+// system. Main thread.
+#pragma once
+
+#include <QPoint>
+#include <optional>
+#include <string>
+
+class QWidget;
+
+namespace bonkora::windowSystem {
+
+// Before the QApplication is made, which would abort where no window can be opened: the reason for
+// that, or nothing.
+std::optional<std::string> prepare();
+
+// Keeps `window`, which has not been shown yet, out of task bars and pagers.
+void keepOutOfTaskbars(QWidget& window);
+
+// Whether half-transparent edges of a window are blended with what lies behind it.
+bool isCompositing();
+
+// Whether a window can take the pointer for itself, to learn of presses outside it.
+bool canGrabPointer();
+
+// Where a click happened that a bar reports at `reported`.
+QPoint clickPosition(const QPoint& reported);
+
+}  // namespace bonkora::windowSystem

@@ -1,0 +1,18 @@
+// X11: the connection that Qt holds to the X server, and the questions this application asks over
+// it. Main thread.
+#pragma once
+
+#include <xcb/xcb.h>
+
+namespace bonkora::x11 {
+
+// Null where the application is not on an X server.
+xcb_connection_t* connection();
+int screenNumber();
+
+// Of that name, made where it is new; XCB_ATOM_NONE without a connection.
+xcb_atom_t atom(const char* name);
+// XCB_WINDOW_NONE where nobody owns it.
+xcb_window_t selectionOwner(xcb_atom_t selection);
+
+}  // namespace bonkora::x11
