@@ -6,15 +6,13 @@
 #include <csignal>
 #include <vector>
 
+#include "runner/ExecVector.h"
+
 namespace bonkora::runner {
 
 int startHelper(const HelperLaunch& launch, int input, int errors, pid_t& process) {
     std::vector<std::string> arguments = launch.arguments;
-    std::vector<char*> argv;
-    for (std::string& argument : arguments) {
-        argv.push_back(argument.data());
-    }
-    argv.push_back(nullptr);
+    const std::vector<char*> argv = execVector(arguments);
     char* emptyEnvironment[] = {nullptr};
 
     posix_spawn_file_actions_t actions;

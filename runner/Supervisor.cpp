@@ -17,6 +17,7 @@
 #include "platform/Pipe.h"
 #include "runner/Children.h"
 #include "runner/CommandEnvironment.h"
+#include "runner/ExecVector.h"
 #include "runner/ExitStatus.h"
 #include "runner/Link.h"
 
@@ -74,12 +75,7 @@ int Supervisor::run(const std::string& shellCommand) {
 
 bool Supervisor::start(const std::string& shellCommand) {
     std::vector<std::string> environment = commandEnvironment(ownEnvironment);
-    std::vector<char*> pointers;
-    for (std::string& variable : environment) {
-        pointers.push_back(variable.data());
-    }
-    pointers.push_back(nullptr);
-
+    const std::vector<char*> pointers = execVector(environment);
     command = ::fork();
     if (command == 0) {
         becomeShell(shellCommand, pointers.data());

@@ -28,6 +28,7 @@ const std::string family =
 
 std::vector<ProcessWatch> readFamily(RunnerUnderTest& runner) {
     std::vector<ProcessWatch> members;
+    members.reserve(3);
     for (int i = 0; i < 3; ++i) {
         members.emplace_back(runner.readProcess());
     }

@@ -18,8 +18,6 @@ namespace bonkora::test {
 namespace {
 
 using testing::EndsWith;
-using testing::HasSubstr;
-using testing::Not;
 using testing::StartsWith;
 
 struct Result {

@@ -10,21 +10,13 @@
 #include <stdexcept>
 
 #include "platform/Pipe.h"
+#include "runner/ExecVector.h"
 #include "tests/unit/runner/ProcessWatch.h"
 
 namespace bonkora::test {
 namespace {
 
 constexpr std::chrono::milliseconds patience{20000};
-
-std::vector<char*> pointers(std::vector<std::string>& texts) {
-    std::vector<char*> result;
-    for (std::string& text : texts) {
-        result.push_back(text.data());
-    }
-    result.push_back(nullptr);
-    return result;
-}
 
 // Appends what is there; false at the end of the output.
 bool readSome(const platform::UniqueDescriptor& descriptor, std::string& text) {
@@ -48,10 +40,11 @@ RunnerUnderTest::RunnerUnderTest(const std::vector<std::string>& arguments,
     words.insert(words.end(), arguments.begin(), arguments.end());
     std::vector<std::string> variables;
     for (const auto& [name, value] : settings.environment) {
-        variables.push_back(name + '=' + value);
+        variables.push_back(name);
+        variables.back().append(1, '=').append(value);
     }
-    const auto argv = pointers(words);
-    const auto environment = pointers(variables);
+    const auto argv = runner::execVector(words);
+    const auto environment = runner::execVector(variables);
     auto outputPipe = platform::Pipe::make();
     auto errorPipe = platform::Pipe::make();
     if (!outputPipe || !errorPipe) {
