@@ -97,6 +97,7 @@ class Application:
                 [f"{bundle}/Contents/MacOS/bonkora"], stdin=subprocess.DEVNULL, stdout=out,
                 stderr=err, env=os.environ | environment)
         self.pid = self.process.pid
+        self.acted = 0.0    # the moment of the last press or change, on the monotonic clock
 
     def __enter__(self):
         return self
@@ -109,6 +110,11 @@ class Application:
     def lines(self):
         """The console's complete lines so far."""
         return self.console.read_text(errors="replace").split("\n")[:-1]
+
+    def complaints(self):
+        """What it wrote on standard error; not Qt's remarks on elements that have just gone."""
+        lines = self.errors.read_text(errors="replace").splitlines()
+        return [line for line in lines if "AtSpiAdaptor" not in line]
 
     def waitForLine(self, start, seconds=PATIENCE, after=0):
         """The number of the first console line from `after` on that begins so."""
@@ -207,14 +213,17 @@ class Application:
 
     def press(self, role, name):
         """Does what the element's first action says: presses, toggles, selects."""
-        check(self.find(role, name).do_action(0), f"{role} {name!r} can be pressed")
+        element = self.find(role, name)
+        self.acted = time.monotonic()
+        check(element.do_action(0), f"{role} {name!r} can be pressed")
 
     def setValue(self, name, value):
-        slider = self.find("slider", name).get_value_iface()
+        slider = self.find("slider", name)
+        self.acted = time.monotonic()
         check(slider.set_current_value(value), f"slider {name!r} takes {value}")
 
     def value(self, name):
-        return self.find("slider", name).get_value_iface().get_current_value()
+        return self.find("slider", name).get_current_value()
 
     def isChecked(self, role, name):
         return self.find(role, name).get_state_set().contains(Atspi.StateType.CHECKED)

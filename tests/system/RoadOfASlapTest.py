@@ -1,0 +1,128 @@
+"""The road of a slap from end to end: real application, runner, detector and tray host.
+
+The detector plays a recording of real knocks through its "file:" sensor.
+"""
+
+import os
+import pathlib
+import signal
+import subprocess
+import tempfile
+import time
+import unittest
+
+import desktop
+
+BUNDLE = pathlib.Path(os.environ["BONKORA_BUNDLE"])
+KNOCKS = 5
+GONE = 0.5    # seconds after which nothing of the runner may live any more
+SLACK = 1.0   # what a busy machine may add
+
+
+def ours():
+    """The live processes that were started from the application folder, by their command lines."""
+    return {pid: words for pid, (_, state, words) in desktop.processes().items()
+            if state != "Z" and any(str(BUNDLE) in word for word in words)}
+
+
+class RoadOfASlap(unittest.TestCase):
+    def setUp(self):
+        self.folder = pathlib.Path(self.enterContext(tempfile.TemporaryDirectory()))
+        recording = self.folder / "knocks.wav"
+        subprocess.run([desktop.ROOT / "scripts" / "make-recording", "--count", str(KNOCKS),
+                        "--lead", "1", "--gap", "1", recording], check=True)
+        settings = pathlib.Path(os.environ["XDG_CONFIG_HOME"], "Bonkora", "spank.conf")
+        settings.parent.mkdir(exist_ok=True)
+        settings.write_text(f"sensor = file:{recording}\n")
+        self.app = self.enterContext(desktop.Application(
+            BUNDLE, self.folder / "console", self.folder / "errors"))
+        self.app.openPanel()
+
+    def start(self):
+        """Presses Start and returns how many console lines there were before."""
+        before = len(self.app.lines())
+        self.app.press("push button", "Start")
+        self.app.find("push button", "Stop")
+        self.app.waitForLine("✅ Spank ready", after=before)
+        return before
+
+    def stop(self):
+        before = len(self.app.lines())
+        self.app.press("push button", "Stop")
+        self.app.waitForLine("⏹ Spank stopped", after=before)
+        desktop.waitFor(lambda: not desktop.below(self.app.pid), "no process below", GONE + SLACK)
+        self.app.waitForLine("⏹ Spank process ended with code: 0", after=before)
+        self.app.find("push button", "Start")
+
+    def testEveryKnockIsCountedAndShownAndNothingIsLeft(self):
+        # What the first start opens for good (the session bus, fonts) is not a leak.
+        self.start()
+        self.stop()
+        descriptors = desktop.descriptors(self.app.pid)
+        counted = sum(line.startswith("👋") for line in self.app.lines())
+
+        before = self.start()
+        runner, = [words for words in desktop.below(self.app.pid).values()
+                   if words[0].endswith("osascript")]
+        self.assertEqual(runner[1:], [
+            "-e", f'do shell script "\\"{BUNDLE}/Contents/Resources/spank\\" \\"--stdio\\" '
+            '\\"--cooldown\\" \\"750\\" \\"--min-amplitude\\" \\"0.050\\" \\"--volume-scaling\\"" '
+            'with administrator privileges'])
+        self.app.waitForLine(f"👋 Slap #{counted + KNOCKS} ", after=before)
+        slaps = [line for line in self.app.lines()[before:] if line.startswith("👋")]
+        self.assertEqual(len(slaps), KNOCKS)
+        desktop.waitFor(lambda: str(counted + KNOCKS) in self.app.labels(), "the count in the panel")
+        amplitude = float(slaps[-1].partition("amplitude: ")[2].rstrip(")"))
+        self.app.find("label", f"{amplitude:.4f}")
+        self.app.find("label", "Listening for slaps...")
+
+        self.stop()
+        self.app.find("label", "Stopped")
+        self.assertEqual(sorted(desktop.descriptors(self.app.pid).values()),
+                         sorted(descriptors.values()))
+        self.assertEqual(desktop.zombies(self.app.pid), [])
+
+        self.start()
+        self.app.waitForLine(f"👋 Slap #{counted + KNOCKS + 1} ")
+        self.assertEqual(self.app.end(signal.SIGTERM), 0)
+        desktop.waitFor(lambda: not ours(), "no process of ours any more", GONE + SLACK)
+        self.assertNotIn("⏹ Spank stopped", self.app.lines()[-2:])
+        self.assertEqual(self.app.complaints(), [])
+
+    def testARunnerThatIsKilledTakesTheDetectorWithIt(self):
+        self.start()
+        runner, = [pid for pid, words in desktop.below(self.app.pid).items()
+                   if words[0].endswith("osascript")]
+        os.kill(runner, signal.SIGKILL)
+        desktop.waitFor(lambda: list(ours()) == [self.app.pid], "the detector is gone", GONE + SLACK)
+        self.app.find("label", "Error (code: 9)")
+        self.app.find("push button", "Start")
+        self.start()
+        self.stop()
+
+    def testAnApplicationThatIsKilledTakesTheDetectorWithIt(self):
+        self.start()
+        self.app.process.kill()
+        self.app.process.wait()
+        desktop.waitFor(lambda: not ours(), "no process of ours any more", GONE + SLACK)
+
+    def testQuitEndsApplicationAndDetectorWithoutTheStop(self):
+        self.start()
+        pressed = time.monotonic()
+        self.app.press("push button", "Quit")
+        self.assertEqual(self.app.process.wait(desktop.PATIENCE), 0)
+        self.assertGreaterEqual(time.monotonic() - pressed, 0.3)
+        self.assertNotIn("⏹ Spank stopped", self.app.lines())
+        desktop.waitFor(lambda: not ours(), "no process of ours any more", GONE + SLACK)
+
+    def testTheDetectorCountsOnWhileThePanelIsClosed(self):
+        before = self.start()
+        self.app.click()
+        self.app.waitUntilGone("push button", "Quit")
+        self.app.waitForLine(f"👋 Slap #{KNOCKS} ", after=before)
+        self.app.openPanel()
+        self.assertIn(str(KNOCKS), self.app.labels())
+
+
+if __name__ == "__main__":
+    unittest.main()
