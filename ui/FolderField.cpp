@@ -19,6 +19,7 @@ constexpr int cornerRadius = 5;
 
 FolderField::FolderField(const QString& placeholder) {
     setPlaceholderText(placeholder);
+    setAccessibleName(placeholder);
     setFont(textStyle::caption.monospaced().font());
     setFrame(false);
     setTextMargins(textMargin, 0, textMargin, 0);
