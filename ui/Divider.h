@@ -6,6 +6,8 @@
 namespace bonkora {
 
 class Divider final : public QWidget {
+    Q_OBJECT
+
   public:
     Divider();
 

@@ -24,8 +24,9 @@ FolderField::FolderField(const QString& placeholder) {
     setFrame(false);
     setTextMargins(textMargin, 0, textMargin, 0);
     // The background is painted below, with round corners.
-    setAutoFillBackground(false);
-    setStyleSheet("background: transparent");
+    QPalette clear;
+    clear.setColor(QPalette::Base, Qt::transparent);
+    setPalette(clear);
 }
 
 void FolderField::show(const QString& newText) {
@@ -45,7 +46,7 @@ void FolderField::paintEvent(QPaintEvent* event) {
         painter.setRenderHint(QPainter::Antialiasing);
         const QRectF box = QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5);
         const QPainterPath outline = shapes::continuousRectangle(box, cornerRadius);
-        painter.fillPath(outline, palette().color(colorRole::controlBackground));
+        painter.fillPath(outline, parentWidget()->palette().color(colorRole::controlBackground));
         painter.strokePath(outline, palette().color(colorRole::track));
         if (hasFocus()) {
             FocusRing::draw(painter, rect(), cornerRadius, palette().color(colorRole::focusRing));

@@ -1,6 +1,7 @@
 #include "ui/MenuBarContentView.h"
 
 #include <QApplication>
+#include <QKeyEvent>
 #include <QScrollArea>
 
 #include "ui/Colors.h"
@@ -77,8 +78,17 @@ void MenuBarContentView::showEvent(QShowEvent* event) {
         sliderValues.cooldown = static_cast<double>(spankWrapper.cooldownMs.get());
         sliderValues.sensitivity = spankWrapper.minAmplitude;
         redraw();
+        setFocus();  // else the window would give it to the first control
     }
     QWidget::showEvent(event);
+}
+
+void MenuBarContentView::keyPressEvent(QKeyEvent* event) {
+    if (hasFocus()) {
+        scrollArea->verticalScrollBar()->event(event);
+    } else {
+        QWidget::keyPressEvent(event);
+    }
 }
 
 void MenuBarContentView::redraw() {

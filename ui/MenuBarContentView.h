@@ -32,6 +32,8 @@ class MenuBarContentView final : public QWidget {
 
   protected:
     void showEvent(QShowEvent* event) override;
+    // As long as no control has the focus, the keys scroll.
+    void keyPressEvent(QKeyEvent* event) override;
 
   private:
     void layOut();

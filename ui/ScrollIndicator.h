@@ -7,6 +7,8 @@
 namespace bonkora {
 
 class ScrollIndicator final : public QScrollBar {
+    Q_OBJECT
+
   public:
     static constexpr int thickness = 10;
 

@@ -7,6 +7,8 @@
 namespace bonkora {
 
 class StatusDot final : public QWidget {
+    Q_OBJECT
+
   public:
     StatusDot();
 

@@ -9,6 +9,8 @@
 namespace bonkora {
 
 class SymbolView final : public QWidget {
+    Q_OBJECT
+
   public:
     SymbolView(Symbol symbol, int size, QPalette::ColorRole color);
 

@@ -12,10 +12,9 @@ TextLabel::TextLabel(const TextStyle& theStyle, QPalette::ColorRole theColor, co
     : look(theStyle), color(theColor), lines(theLines) {
     setTextFormat(Qt::PlainText);
     setFont(look.font());
-    QSizePolicy policy(lines == Lines::one ? QSizePolicy::Preferred : QSizePolicy::Expanding,
-                       lines == Lines::one ? QSizePolicy::Fixed : QSizePolicy::Preferred);
-    policy.setHeightForWidth(lines == Lines::asNeeded);
-    setSizePolicy(policy);
+    setSizePolicy(lines == Lines::one ? QSizePolicy::Preferred : QSizePolicy::Expanding,
+                  lines == Lines::one ? QSizePolicy::Fixed : QSizePolicy::Preferred);
+    setWordWrap(lines == Lines::asNeeded);  // a label's height follows its width only then
     setText(text);
 }
 

@@ -10,6 +10,8 @@
 namespace bonkora {
 
 class TextLabel final : public QLabel {
+    Q_OBJECT
+
   public:
     enum class Lines {
         one,       // ends in an ellipsis where it does not fit

@@ -1,0 +1,156 @@
+#include "tests/support/Panel.h"
+#include "ui/Colors.h"
+
+using bonkora::test::Panel;
+
+class HeaderAndStatusTest final : public QObject {
+    Q_OBJECT
+
+  private slots:
+    void aFreshControllerShowsStartAGrayDotReadyAndNoImpact() {
+        Panel panel;
+        panel.open();
+        QCOMPARE(panel.button("Start")->grab().toImage().pixelColor(6, 12).rgb(),
+                 bonkora::accentColor.rgb());
+        QCOMPARE(panel.colorInTheMiddle(panel.dot()), QColor(0x8E, 0x8E, 0x93));
+        QVERIFY(panel.label("Ready"));
+        QVERIFY(!panel.label("Last impact:"));
+        QVERIFY(!panel.button("Stop"));
+    }
+
+    void afterALaunchTheButtonReadsStopOnRedAndTheDotHasTheAccent() {
+        Panel panel;
+        panel.open();
+        panel.click(panel.button("Start"));
+        QVERIFY(panel.controller->isRunning);
+        QVERIFY(!panel.button("Start"));
+        QCOMPARE(panel.button("Stop")->grab().toImage().pixelColor(6, 12), bonkora::runningColor);
+        QCOMPARE(panel.colorInTheMiddle(panel.dot()).rgb(), bonkora::accentColor.rgb());
+        QVERIFY(panel.label("Listening for slaps..."));
+    }
+
+    void pressingStopStopsAndTheButtonFlipsHalfASecondLater() {
+        Panel panel;
+        panel.open();
+        panel.startDetector();
+        panel.click(panel.button("Stop"));
+        QVERIFY(panel.button("Stop"));
+        panel.pass(std::chrono::milliseconds(499));
+        QVERIFY(panel.button("Stop"));
+        panel.pass(std::chrono::milliseconds(1));
+        QVERIFY(panel.button("Start"));
+        QVERIFY(panel.label("Stopped"));
+        QCOMPARE(panel.system.processes->last().terminations, 1);
+    }
+
+    void theButtonIsNeverDisabledAndAsksTheStateAtThePress() {
+        Panel panel;
+        panel.open();
+        panel.controller->start();  // not drawn yet: the button still reads "Start"
+        QVERIFY(panel.button("Start")->isEnabled());
+        panel.click(panel.button("Start"));
+        panel.pass(std::chrono::milliseconds(500));
+        QCOMPARE(panel.system.processes->last().terminations, 1);
+        QCOMPARE(panel.launches(), std::size_t{1});
+    }
+
+    void theImpactRowShowsWithTheFirstAmplitudeAboveZero_data() {
+        QTest::addColumn<double>("amplitude");
+        QTest::addColumn<QString>("text");
+        QTest::newRow("none") << 0.0 << QString();
+        QTest::newRow("smaller than shown") << 0.00004 << "0.0000";
+        QTest::newRow("a quarter") << 0.25 << "0.2500";
+        QTest::newRow("rounded") << 0.23456 << "0.2346";
+        QTest::newRow("negative") << -0.5 << QString();
+    }
+    void theImpactRowShowsWithTheFirstAmplitudeAboveZero() {
+        QFETCH(double, amplitude);
+        QFETCH(QString, text);
+        Panel panel;
+        panel.open();
+        panel.controller->lastAmplitude = amplitude;
+        panel.settle();
+        QCOMPARE(panel.label("Last impact:") != nullptr, !text.isEmpty());
+        if (!text.isEmpty()) {
+            QVERIFY(panel.label(text));
+        }
+    }
+
+    void aSlapShowsItsAmplitudeAndLeavesTheStatusAlone() {
+        Panel panel;
+        panel.open();
+        panel.startDetector();
+        panel.print("{\"type\":\"slap\",\"amplitude\":0.2345}\n");
+        QVERIFY(panel.label("0.2345"));
+        QVERIFY(panel.label("Listening for slaps..."));
+    }
+
+    void aLongMessageTakesTheLinesItNeedsAndTheDotStaysAtTheLeft() {
+        Panel panel;
+        panel.open();
+        const int oneLine = panel.label("Ready")->height();
+        const QString message =
+            "Error: " + QString("no microphone and no accelerometer ").repeated(6);
+        panel.controller->statusMessage = message.toStdString();
+        panel.settle();
+        QLabel* status = panel.label(message);
+        QVERIFY(status);
+        QVERIFY(status->height() >= 5 * oneLine);
+        QCOMPARE(status->height(), status->heightForWidth(status->width()));
+        QCOMPARE(panel.dot()->x(), 10);
+        QVERIFY(panel.dot()->geometry().right() < status->geometry().left());
+    }
+
+    void aLongWordIsBrokenRatherThanCut() {
+        Panel panel;
+        panel.open();
+        panel.controller->statusMessage = std::string(200, 'x');
+        panel.settle();
+        QLabel* status = panel.label(QString(200, 'x'));
+        QVERIFY(status->height() >= 3 * 13);
+    }
+
+    void theStatusIsShownAsItIsAndNeverAsMarkup() {
+        Panel panel;
+        panel.open();
+        panel.controller->statusMessage = "<b>bold</b> & 1 < 2\n%1";
+        panel.settle();
+        QLabel* status = panel.label("<b>bold</b> & 1 < 2\n%1");
+        QVERIFY(status);
+        QCOMPARE(status->textFormat(), Qt::PlainText);
+        QCOMPARE(status->height(), 2 * 13);
+    }
+
+    void openingStartsNothing() {
+        Panel panel;
+        panel.open();
+        panel.pass(std::chrono::seconds(5));
+        QCOMPARE(panel.launches(), std::size_t{0});
+    }
+
+    void anyNumberOfAnnouncementsInATurnRedrawsOnce() {
+        Panel panel;
+        panel.open();
+        QLabel* session = panel.label("0");
+        QVERIFY(session);
+        for (int count = 1; count <= 1000; ++count) {
+            panel.controller->slapCount = count;
+        }
+        QCOMPARE(session->text(), "0");  // nothing is drawn inside the announcement
+        panel.settle();
+        QVERIFY(panel.label("1000"));
+    }
+
+    void darkAndLightFollowTheDesktopWhileThePanelIsOpen() {
+        Panel panel;
+        panel.open();
+        QCOMPARE(panel.view->palette().color(bonkora::colorRole::window), QColor(0xEC, 0xEC, 0xEC));
+        panel.appearance.setDark(true);
+        panel.settle();
+        QCOMPARE(panel.view->palette().color(bonkora::colorRole::window), QColor(0x32, 0x32, 0x32));
+        QCOMPARE(panel.colorInTheMiddle(panel.dot()), QColor(0x98, 0x98, 0x9D));
+    }
+};
+
+QTEST_MAIN(HeaderAndStatusTest)
+#include "HeaderAndStatusTest.moc"

@@ -1,0 +1,78 @@
+#include <malloc.h>
+#include <sys/resource.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include "tests/support/Panel.h"
+
+using bonkora::test::Panel;
+
+namespace {
+
+constexpr int openings = 500;
+
+std::size_t descriptors() {
+    const std::filesystem::directory_iterator all("/proc/self/fd");
+    return static_cast<std::size_t>(std::distance(begin(all), end(all)));
+}
+
+// In KiB: what the process has written to and could not give back.
+long privateMemory() {
+    malloc_trim(0);
+    std::ifstream rollup("/proc/self/smaps_rollup");
+    for (std::string word; rollup >> word;) {
+        if (word == "Private_Dirty:") {
+            long kilobytes = 0;
+            rollup >> kilobytes;
+            return kilobytes;
+        }
+    }
+    return -1;
+}
+
+void openAndClose(Panel& panel) {
+    bonkora::MenuBarContentView view(*panel.controller, panel.environment());
+    view.resize(340, 520);
+    view.show();
+    Panel::settle();
+}
+
+}  // namespace
+
+class PanelLifeTest final : public QObject {
+    Q_OBJECT
+
+  private slots:
+    void openingAndClosingFiveHundredTimesLeavesEverythingFlat() {
+        Panel panel;
+        for (int warming = 0; warming < 50; ++warming) {
+            openAndClose(panel);
+        }
+        const std::size_t descriptorsBefore = descriptors();
+        const qsizetype widgetsBefore = QApplication::allWidgets().size();
+        const long memoryBefore = privateMemory();
+        for (int opening = 0; opening < openings; ++opening) {
+            openAndClose(panel);
+        }
+        QCOMPARE(descriptors(), descriptorsBefore);
+        QCOMPARE(QApplication::allWidgets().size(), widgetsBefore);
+        const long growth = privateMemory() - memoryBefore;
+        // Less than one KiB an opening: a panel kept would be hundreds.
+        QVERIFY2(growth < openings, qPrintable(QString("%1 KiB").arg(growth)));
+        qInfo("memory grew by %ld KiB over %d openings", growth, openings);
+    }
+
+    void aClosedPanelHearsNothing() {
+        Panel panel;
+        panel.open();
+        panel.close();
+        panel.controller->slapCount = 5;
+        panel.appearance.setDark(true);
+        panel.settle();
+        QCOMPARE(QApplication::allWidgets().size(), qsizetype{0});
+    }
+};
+
+QTEST_MAIN(PanelLifeTest)
+#include "PanelLifeTest.moc"

@@ -1,0 +1,171 @@
+// Compares the panel with reference pictures that people have looked at. After a wanted change of
+// looks, BONKORA_WRITE_REFERENCES=1 makes new ones; look at them before they are kept.
+#include <QFontDatabase>
+#include <QImage>
+#include <QScrollArea>
+#include <QScrollBar>
+
+#include "tests/support/Panel.h"
+
+using bonkora::Mode;
+using bonkora::test::Panel;
+
+namespace {
+
+// A channel differs when it is this far off: more than antialiasing moves it.
+constexpr int channelTolerance = 40;
+// Pixels that may differ, of a picture at scale 1. One shifted word moves more.
+constexpr int pixelTolerance = 40;
+
+int scale() {
+    return static_cast<int>(qApp->devicePixelRatio());
+}
+
+int differingPixels(const QImage& one, const QImage& other) {
+    if (one.size() != other.size()) {
+        return one.width() * one.height();
+    }
+    int count = 0;
+    for (int y = 0; y < one.height(); ++y) {
+        for (int x = 0; x < one.width(); ++x) {
+            const QRgb a = one.pixel(x, y);
+            const QRgb b = other.pixel(x, y);
+            count += std::abs(qRed(a) - qRed(b)) > channelTolerance ||
+                     std::abs(qGreen(a) - qGreen(b)) > channelTolerance ||
+                     std::abs(qBlue(a) - qBlue(b)) > channelTolerance;
+        }
+    }
+    return count;
+}
+
+bool looksLike(const QImage& picture, const QImage& reference) {
+    return differingPixels(picture, reference) <= pixelTolerance * scale() * scale();
+}
+
+QString referencePath(const QString& scene, bool isDark) {
+    return QString(BONKORA_REFERENCES "/%1-%2-%3x.png")
+        .arg(scene, isDark ? "dark" : "light")
+        .arg(scale());
+}
+
+// Brings the panel into a state that a person may see.
+using Scene = void (*)(Panel&);
+
+void ready(Panel& panel) {
+    panel.open();
+}
+
+void listening(Panel& panel) {
+    panel.store("[General]\nslapCounterTotal=1284\n");
+    panel.controller->switchMode(Mode::custom);
+    panel.open();
+    panel.startDetector();
+    panel.print("{\"type\":\"slap\",\"amplitude\":0.2345}\n");
+}
+
+void trouble(Panel& panel) {
+    panel.controller->statusMessage =
+        "Error: no accelerometer under /sys/bus/iio/devices and no microphone; waiting for one";
+    panel.controller->switchMode(Mode::halo);
+    panel.open();
+}
+
+void lowerHalf(Panel& panel) {
+    panel.store("[General]\nslapCounterTotal=1284\n");
+    panel.controller->slapCount = 42;
+    panel.controller->fastMode = true;
+    panel.open();
+    QScrollBar* bar = panel.view->findChild<QScrollArea*>()->verticalScrollBar();
+    bar->setValue(bar->maximum());
+    panel.settle();
+}
+
+QImage pictureOf(Panel& panel, Scene scene, bool isDark) {
+    panel.appearance.setDark(isDark);
+    scene(panel);
+    QImage picture = panel.view->grab().toImage().convertToFormat(QImage::Format_RGB32);
+    picture.setDevicePixelRatio(1);
+    return picture;
+}
+
+}  // namespace
+
+Q_DECLARE_METATYPE(Scene)
+
+class PanelPictureTest final : public QObject {
+    Q_OBJECT
+
+    static void addScenes() {
+        QTest::addColumn<Scene>("scene");
+        QTest::addColumn<bool>("isDark");
+        const std::pair<const char*, Scene> scenes[] = {
+            {"ready", ready}, {"listening", listening}, {"trouble", trouble}, {"lower", lowerHalf}};
+        for (const auto& [name, scene] : scenes) {
+            QTest::addRow("%s-light", name) << scene << false;
+            QTest::addRow("%s-dark", name) << scene << true;
+        }
+    }
+
+  private slots:
+    void initTestCase() {
+        for (const char* family : {"Hack", "Noto Color Emoji"}) {
+            QVERIFY2(QFontDatabase::hasFamily(family), family);
+        }
+    }
+
+    void thePanelLooksLikeItsReference_data() { addScenes(); }
+    void thePanelLooksLikeItsReference() {
+        QFETCH(Scene, scene);
+        QFETCH(bool, isDark);
+        Panel panel;
+        const QImage picture = pictureOf(panel, scene, isDark);
+        const QString name = QString(QTest::currentDataTag()).section('-', 0, 0);
+        const QString path = referencePath(name, isDark);
+        if (qEnvironmentVariableIsSet("BONKORA_WRITE_REFERENCES")) {
+            QVERIFY(picture.save(path));
+        }
+        const QImage reference(path);
+        QVERIFY2(!reference.isNull(), qPrintable(path));
+        if (!looksLike(picture, reference)) {
+            picture.save(QString("%1-%2x-now.png").arg(QTest::currentDataTag()).arg(scale()));
+            QFAIL(qPrintable(QString("%1 pixels differ").arg(differingPixels(picture, reference))));
+        }
+    }
+
+    // What the tolerance must not let through, on the very pictures it is used for.
+    void aRowShiftedByAPixelAWrongColourAndACutTextAreSeen() {
+        Panel panel;
+        const QImage picture = pictureOf(panel, ready, false);
+        const auto part = [](int x, int y, int width, int height) {
+            return QRect(x * scale(), y * scale(), width * scale(), height * scale());
+        };
+
+        QImage shifted = picture;
+        const QRect row = part(310 - 296, 201, 312, 31);
+        QPainter(&shifted).drawImage(row.topLeft() + QPoint(0, scale()), picture, row);
+        QVERIFY(!looksLike(shifted, picture));
+
+        QImage recoloured = picture;
+        QWidget* value = panel.label("750ms");
+        const QRect text(value->mapTo(panel.view.get(), QPoint(0, 0)) * scale(),
+                         value->size() * scale());
+        for (int y = text.top(); y <= text.bottom(); ++y) {
+            for (int x = text.left(); x <= text.right(); ++x) {
+                const QColor color = picture.pixelColor(x, y);
+                recoloured.setPixelColor(x, y, QColor(color.green(), color.red(), color.blue()));
+            }
+        }
+        QVERIFY(!looksLike(recoloured, picture));
+
+        QImage cut = picture;
+        QWidget* title = panel.label("Bonkora");
+        const QRect word(title->mapTo(panel.view.get(), QPoint(0, 0)) * scale(),
+                         title->size() * scale());
+        QPainter(&cut).fillRect(word.adjusted(word.width() - word.width() / 4, 0, 0, 0),
+                                QColor(0xEC, 0xEC, 0xEC));
+        QVERIFY(!looksLike(cut, picture));
+    }
+};
+
+QTEST_MAIN(PanelPictureTest)
+#include "PanelPictureTest.moc"
