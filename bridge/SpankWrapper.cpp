@@ -131,6 +131,7 @@ void SpankWrapper::parseOutput(std::string_view text) {
     std::string firstLine = std::exchange(outputBuffer, std::string());
     outputBuffer = text.substr(text.rfind('\n') + 1);
     firstLine += text.substr(0, lineFeed);
+    const platform::Console::Burst burst(*platform.console);
     handleLine(firstLine);
     for (std::size_t start = lineFeed + 1;
          (lineFeed = text.find('\n', start)) != std::string_view::npos; start = lineFeed + 1) {

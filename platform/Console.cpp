@@ -14,14 +14,34 @@ class StandardOutput final : public Console {
   public:
     void print(std::string_view line) override {
         const std::lock_guard lock(mutex);
-        text.assign(line);
+        text += line;
         text += '\n';
-        writeAll(STDOUT_FILENO, text);
+        if (bursts == 0) {
+            write();
+        }
     }
 
   private:
+    void beginBurst() override {
+        const std::lock_guard lock(mutex);
+        ++bursts;
+    }
+
+    void endBurst() override {
+        const std::lock_guard lock(mutex);
+        if (--bursts == 0) {
+            write();
+        }
+    }
+
+    void write() {
+        writeAll(STDOUT_FILENO, text);
+        text.clear();
+    }
+
     std::mutex mutex;
-    std::string text;  // one write a line; kept for its memory
+    int bursts = 0;
+    std::string text;  // not written yet
 };
 
 }  // namespace

@@ -1,6 +1,7 @@
 #include "platform/Console.h"
 
 #include <gtest/gtest.h>
+#include <poll.h>
 #include <unistd.h>
 
 #include <csignal>
@@ -31,6 +32,27 @@ TEST(Console, aLineIsOutAtOnceAlsoIntoAPipe) {
         read.resize(static_cast<std::size_t>(count));
     });
     EXPECT_EQ(read, "👋 Slap #1\n");
+}
+
+TEST(Console, theLinesOfABurstGoOutTogetherAtItsEnd) {
+    auto pipe = Pipe::make();
+    ASSERT_TRUE(pipe);
+    const auto console = Console::standardOutput();
+    std::string read(100, '\0');
+    withStandardOutput(pipe->fileHandleForWriting.get(), [&] {
+        pollfd readable{pipe->fileHandleForReading.get(), POLLIN, 0};
+        {
+            const Console::Burst outer(*console);
+            const Console::Burst inner(*console);
+            console->print("one");
+            console->print("two");
+            EXPECT_EQ(::poll(&readable, 1, 0), 0);
+        }
+        ASSERT_EQ(::poll(&readable, 1, 0), 1);
+        const auto count = ::read(readable.fd, read.data(), read.size());
+        read.resize(static_cast<std::size_t>(count));
+    });
+    EXPECT_EQ(read, "one\ntwo\n");
 }
 
 TEST(Console, aClosedOutputLosesTheLineAndNothingElse) {
