@@ -32,10 +32,12 @@ std::optional<std::string> ownEnvironment(const char* name) {
 }
 
 // In the child, between fork and exec.
-[[noreturn]] void becomeShell(const std::string& command, char* const environment[]) {
+[[noreturn]] void becomeShell(const std::string& command, char* const environment[], int link) {
     ::setsid();  // also without a terminal
     // Should the supervisor itself be killed, nobody else would end the command.
     ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+    // Said here, so that the runner hears it before the command can do anything.
+    ::send(link, &startedByte, 1, MSG_NOSIGNAL);
     const int nothing = ::open("/dev/null", O_RDONLY);
     if (nothing >= 0) {
         ::dup2(nothing, STDIN_FILENO);
@@ -78,12 +80,11 @@ bool Supervisor::start(const std::string& shellCommand) {
     const std::vector<char*> pointers = execVector(environment);
     command = ::fork();
     if (command == 0) {
-        becomeShell(shellCommand, pointers.data());
+        becomeShell(shellCommand, pointers.data(), link);
     }
     if (command < 0) {
         return false;
     }
-    ::send(link, &startedByte, 1, MSG_NOSIGNAL);
     return true;
 }
 

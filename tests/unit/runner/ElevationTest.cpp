@@ -107,8 +107,8 @@ TEST_F(Elevation, takesThePromptAwayWhenTheRunnerIsAskedToEnd) {
     RunnerUnderTest runner = run("echo bad");
     const ProcessWatch prompt(runner.readProcess());
     runner.signal(SIGTERM);
-    EXPECT_EQ(runner.waitForStatus(500ms), 0);
-    EXPECT_TRUE(prompt.endsWithin(500ms));
+    EXPECT_EQ(runner.waitForStatus(20s), 0);
+    EXPECT_TRUE(prompt.endsWithin(20s));
     EXPECT_EQ(runner.readErrors(), "");
 }
 

@@ -18,6 +18,9 @@ namespace {
 using namespace std::chrono_literals;
 using Clock = std::chrono::steady_clock;
 
+// By which everything has to be gone.
+constexpr std::chrono::milliseconds endingLimit{BONKORA_ENDING_LIMIT};
+
 // Prints the numbers of three processes that stay: itself, one that left the process group and the
 // session and ignores every request to end, and one whose parent has ended already.
 const std::string family =
@@ -50,7 +53,7 @@ class RunnerEndingBy : public testing::TestWithParam<int> {};
 TEST_P(RunnerEndingBy, aSignalEndsWithStatusZeroAndLeavesNothing) {
     RunnerUnderTest runner({"-e", scriptFor(family)});
     const auto members = readFamily(runner);
-    const auto deadline = Clock::now() + 500ms;
+    const auto deadline = Clock::now() + endingLimit;
     runner.signal(GetParam());
     EXPECT_EQ(runner.waitForStatus(left(deadline)), 0);
     expectAllGoneBy(deadline, members);
@@ -81,7 +84,7 @@ TEST(RunnerEnding, letsTheCommandCleanUpAfterItself) {
 TEST(RunnerEnding, byAForcedKillLeavesNothing) {
     RunnerUnderTest runner({"-e", scriptFor(family)});
     const auto members = readFamily(runner);
-    const auto deadline = Clock::now() + 500ms;
+    const auto deadline = Clock::now() + endingLimit;
     runner.signal(SIGKILL);
     expectAllGoneBy(deadline, members);
     EXPECT_EQ(runner.waitForStatus(), -SIGKILL);
@@ -91,13 +94,13 @@ TEST(RunnerEnding, endsACommandThatWasStoppedToo) {
     RunnerUnderTest runner({"-e", scriptFor("echo $$; kill -STOP $$; sleep 100")});
     const ProcessWatch command(runner.readProcess());
     runner.signal(SIGKILL);
-    EXPECT_TRUE(command.endsWithin(500ms));
+    EXPECT_TRUE(command.endsWithin(endingLimit));
 }
 
 TEST(RunnerEnding, comesWhenNobodyReadsTheOutputOfASilentCommand) {
     RunnerUnderTest runner({"-e", scriptFor(family)});
     const auto members = readFamily(runner);
-    const auto deadline = Clock::now() + 500ms;
+    const auto deadline = Clock::now() + endingLimit;
     runner.closeOutput();
     EXPECT_EQ(runner.waitForStatus(left(deadline)), 0);
     expectAllGoneBy(deadline, members);
@@ -107,7 +110,7 @@ TEST(RunnerEnding, comesWhenNobodyReadsTheOutputOfABusyCommand) {
     RunnerUnderTest runner({"-e", scriptFor("echo $$; exec yes")});
     const ProcessWatch command(runner.readProcess());
     runner.closeOutput();
-    EXPECT_EQ(runner.waitForStatus(500ms), 0);
+    EXPECT_EQ(runner.waitForStatus(endingLimit), 0);
     EXPECT_FALSE(command.isAlive());
     EXPECT_EQ(runner.readErrors(), "");
 }
@@ -133,7 +136,7 @@ TEST(RunnerEnding, followsTheEndOfItsElevatedSide) {
     const ProcessWatch command(runner.readProcess());
     ::kill(elevated, SIGKILL);
     EXPECT_EQ(runner.waitForStatus(), 1);
-    EXPECT_TRUE(command.endsWithin(500ms));
+    EXPECT_TRUE(command.endsWithin(endingLimit));
     EXPECT_THAT(runner.readErrors(),
                 testing::EndsWith("The command was ended together with its supervisor. (137)\n"));
 }
@@ -142,7 +145,7 @@ TEST(RunnerEnding, byASignalToItsElevatedSideLeavesNothing) {
     RunnerUnderTest runner({"-e", scriptFor("echo $PPID; " + family)});
     const pid_t elevated = runner.readProcess();
     const auto members = readFamily(runner);
-    const auto deadline = Clock::now() + 500ms;
+    const auto deadline = Clock::now() + endingLimit;
     ::kill(elevated, SIGTERM);
     expectAllGoneBy(deadline, members);
     EXPECT_EQ(runner.waitForStatus(), 1);
