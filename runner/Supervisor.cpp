@@ -38,11 +38,10 @@ std::optional<std::string> ownEnvironment(const char* name) {
     ::prctl(PR_SET_PDEATHSIG, SIGKILL);
     // Said here, so that the runner hears it before the command can do anything.
     ::send(link, &startedByte, 1, MSG_NOSIGNAL);
-    const int nothing = ::open("/dev/null", O_RDONLY);
+    const int nothing = ::open("/dev/null", O_RDONLY | O_CLOEXEC);
     if (nothing >= 0) {
         ::dup2(nothing, STDIN_FILENO);
     }
-    ::close_range(3, ~0U, 0);
     ::signal(SIGPIPE, SIG_DFL);
     sigset_t none;
     ::sigemptyset(&none);
