@@ -66,7 +66,7 @@ TEST(RunnerEnding, isAtOnceWhenTheCommandEndsWhenAsked) {
     RunnerUnderTest runner({"-e", scriptFor("echo $$; exec sleep 100")});
     const ProcessWatch command(runner.readProcess());
     runner.signal(SIGTERM);
-    EXPECT_EQ(runner.waitForStatus(250ms), 0);  // killing begins after 300 ms only
+    EXPECT_EQ(runner.waitForStatus(390ms), 0);  // and not after the 400 ms it may wait
     EXPECT_FALSE(command.isAlive());
 }
 
