@@ -16,9 +16,9 @@ SpawnAttributes::SpawnAttributes(int output) {
                                                   POSIX_SPAWN_SETSIGDEF | systemFlags()));
     ::posix_spawnattr_setpgroup(&attributes_, 0);
     sigset_t signals;
-    ::sigemptyset(&signals);
+    sigemptyset(&signals);
     ::posix_spawnattr_setsigmask(&attributes_, &signals);
-    ::sigfillset(&signals);
+    sigfillset(&signals);
     ::posix_spawnattr_setsigdefault(&attributes_, &signals);
 }
 
