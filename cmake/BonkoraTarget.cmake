@@ -27,6 +27,7 @@ function(bonkora_program target output folder)
     set_target_properties(${target} PROPERTIES
         OUTPUT_NAME ${output}
         RUNTIME_OUTPUT_DIRECTORY ${BONKORA_BUNDLE}/Contents/${folder})
+    install(TARGETS ${target} DESTINATION ${BONKORA_INSTALLED_BUNDLE}/Contents/${folder})
 endfunction()
 
 # bonkora_unit_test(NAME sources...): a GoogleTest program, each of whose tests is one of CTest's.

@@ -1,7 +1,6 @@
 # CMake toolchain: Zig as the compiler for macOS. scripts/check-macos puts a copy of this file beside
 # the commands it makes: c++ (for one processor), ar and ranlib.
 set(CMAKE_SYSTEM_NAME Darwin)
-set(CMAKE_OSX_DEPLOYMENT_TARGET 13.3)  # what Zig aims at, too
 set(CMAKE_CXX_COMPILER ${CMAKE_CURRENT_LIST_DIR}/c++)
 set(CMAKE_AR ${CMAKE_CURRENT_LIST_DIR}/ar)
 set(CMAKE_RANLIB ${CMAKE_CURRENT_LIST_DIR}/ranlib)
