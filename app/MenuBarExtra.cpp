@@ -12,9 +12,7 @@ namespace bonkora {
 
 namespace {
 
-// Some bars send a double click as two, and the press that closed the panel may come again as a
-// click on the item.
-constexpr int openedMilliseconds = 250;
+// The press that closed the panel may come again as a click on the item.
 constexpr int closedMilliseconds = 300;
 // At the start of a session the bar may come after us, and one that died may come back.
 constexpr int hostGraceMilliseconds = 1000;
@@ -99,7 +97,7 @@ void MenuBarExtra::click(const QPoint& reported) {
     if (panel && PanelWindow::isOccupied()) {
         panel->raiseToFront();
     } else if (panel) {
-        if (sinceOpened.elapsed() >= openedMilliseconds) {
+        if (panel->hasSettled()) {
             panel->close();
         }
     } else if (!sinceClosed.isValid() || sinceClosed.elapsed() >= closedMilliseconds) {
@@ -115,7 +113,6 @@ void MenuBarExtra::open(const QPoint& click) {
     makePanel(PanelWindow::Style::dropDown)
         ->open(panelPlacement::panelRectangle(scene.contentSize, clicked, whole,
                                               screen->availableGeometry()));
-    sinceOpened.start();
 }
 
 PanelWindow* MenuBarExtra::makePanel(PanelWindow::Style style) {

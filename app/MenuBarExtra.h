@@ -40,7 +40,6 @@ class MenuBarExtra final : public QObject {
     MenuBarHosts hosts;
     std::unique_ptr<MenuBarItem> item;
     QPointer<PanelWindow> panel;
-    QElapsedTimer sinceOpened;
     QElapsedTimer sinceClosed;
     QTimer hostGrace;
     Observation observation{[this] { refreshLabel(); }};

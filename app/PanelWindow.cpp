@@ -21,6 +21,7 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr int cornerRadius = 10;
+constexpr int settleMilliseconds = 250;
 // Window managers hold the pointer for a moment around activation, and drop a grab made then.
 constexpr std::chrono::milliseconds grabTimes[] = {0ms, 60ms, 250ms};
 // A window manager may activate something else first when a dialog has closed.
@@ -56,6 +57,7 @@ void PanelWindow::open(const QRect& place) {
     setFixedSize(place.size());
     move(place.topLeft());
     show();
+    sinceOpened.start();
     raiseToFront();
     if (panelStyle == Style::dropDown && windowSystem::canGrabPointer()) {
         windowHandle()->installEventFilter(this);
@@ -68,6 +70,10 @@ void PanelWindow::raiseToFront() {
     front = front != nullptr ? front : this;
     front->raise();
     front->activateWindow();
+}
+
+bool PanelWindow::hasSettled() const {
+    return sinceOpened.hasExpired(settleMilliseconds);
 }
 
 bool PanelWindow::isOccupied() {
@@ -86,7 +92,7 @@ void PanelWindow::grabPointer() {
 }
 
 bool PanelWindow::eventFilter(QObject* watched, QEvent* event) {
-    if (event->type() == QEvent::MouseButtonPress && !isOccupied() &&
+    if (event->type() == QEvent::MouseButtonPress && hasSettled() && !isOccupied() &&
         !rect().contains(static_cast<QMouseEvent*>(event)->position().toPoint())) {
         close();
         return true;

@@ -25,6 +25,9 @@ class PanelWindow final : public QWidget {
     void open(const QRect& place);
     // Brings it to the front, or the dialog that it waits for.
     void raiseToFront();
+    // False for a quarter of a second after it has opened: presses in that time belong to the click
+    // that opened it, which some bars send twice.
+    bool hasSettled() const;
     // Whether a dialog or menu of its own is open.
     static bool isOccupied();
 
@@ -46,6 +49,7 @@ class PanelWindow final : public QWidget {
     const Style panelStyle;
     const bool isBlended;
     QWidget* content;
+    QElapsedTimer sinceOpened;
     QElapsedTimer sinceDialog;
 };
 

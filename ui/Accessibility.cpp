@@ -37,7 +37,8 @@ class AccessiblePressable final : public QAccessibleWidget {
 
     void doAction(const QString& name) override {
         if (name == pressAction() || name == toggleAction()) {
-            pressable.click();
+            // In a turn of its own: whoever asks does not wait for a dialog that the press opens.
+            QMetaObject::invokeMethod(&pressable, &Pressable::click, Qt::QueuedConnection);
         } else {
             QAccessibleWidget::doAction(name);
         }

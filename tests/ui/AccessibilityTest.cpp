@@ -81,6 +81,7 @@ class AccessibilityTest final : public QObject {
         QVERIFY(panel.controller->fastMode);
         QVERIFY(fast->state().checked);
         fast->actionInterface()->doAction(QAccessibleActionInterface::toggleAction());
+        panel.settle();
         QVERIFY(!panel.controller->fastMode);
         QVERIFY(find(panel, QAccessible::CheckBox, "Volume scales with force")->state().checked);
     }

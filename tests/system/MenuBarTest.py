@@ -1,0 +1,204 @@
+"""The menu-bar item and its panel window on a real desktop: trays of both kinds, clicks, presses
+outside, a second start, a bar that comes and goes."""
+
+import os
+import pathlib
+import subprocess
+import tempfile
+import time
+import unittest
+
+import desktop
+from gi.repository import Gio, GLib
+
+BUNDLE = pathlib.Path(os.environ["BONKORA_BUNDLE"])
+PROGRAM = BUNDLE / "Contents" / "MacOS" / "bonkora"
+SETTLE = 0.5    # seconds: longer than a double click, and than the second look of a click's echo
+ITEM = "org.kde.StatusNotifierItem"
+
+
+class Bar:
+    """A bar on the session bus, for a with-block."""
+
+    def __enter__(self):
+        self.process = subprocess.Popen([desktop.ROOT / "tests/support/status-notifier-bar"],
+                                        stdout=subprocess.PIPE, text=True)
+        return self
+
+    def __exit__(self, *_):
+        self.process.kill()
+        self.process.communicate()
+
+    def registered(self):
+        """The name of the next item that registers."""
+        return self.process.stdout.readline().strip()
+
+
+def call(name, path, interface, method, parameters=None):
+    return Gio.bus_get_sync(Gio.BusType.SESSION).call_sync(
+        name, path, interface, method, parameters, None, Gio.DBusCallFlags.NONE, 5000,
+        None).unpack()
+
+
+def itemProperty(item, name):
+    return call(item, "/StatusNotifierItem", "org.freedesktop.DBus.Properties", "Get",
+                GLib.Variant("(ss)", (ITEM, name)))[0]
+
+
+class MenuBar(unittest.TestCase):
+    def setUp(self):
+        self.folder = pathlib.Path(self.enterContext(tempfile.TemporaryDirectory()))
+
+    def launch(self):
+        self.app = self.enterContext(desktop.Application(
+            BUNDLE, self.folder / "console", self.folder / "errors"))
+        return self.app
+
+    def isOpen(self):
+        return self.app.seek("push button", "Quit")
+
+    def testAClickOpensThePanelAndTheNextClosesIt(self):
+        self.launch().openPanel()
+        time.sleep(SETTLE)
+        self.app.click()
+        self.app.waitUntilGone("push button", "Quit")
+        time.sleep(SETTLE)
+        self.app.openPanel()
+
+    def testADoubleClickLeavesItOpen(self):
+        self.launch()
+        window = desktop.waitFor(self.app.trayWindow, "the item in the tray")
+        desktop.xdotool("mousemove", "--window", window, "8", "8", "click", "--repeat", "2",
+                        "--delay", "60", "1")
+        self.app.find("push button", "Quit")
+        time.sleep(SETTLE)
+        self.assertTrue(self.isOpen())
+
+    def testAPressOutsideClosesIt(self):
+        self.launch().openPanel()
+        time.sleep(SETTLE)
+        desktop.xdotool("mousemove", "200", "600", "click", "1")
+        self.app.waitUntilGone("push button", "Quit")
+
+    def testEscapeClosesIt(self):
+        self.launch().openPanel()
+        time.sleep(SETTLE)
+        desktop.xdotool("key", "Escape")
+        self.app.waitUntilGone("push button", "Quit")
+
+    def testItHangsBelowTheBarInsideTheScreen(self):
+        self.launch().openPanel()
+        frame = next(a for r, n, a in self.app.elements() if n == "Bonkora" and r != "label")
+        box = frame.get_extents(desktop.Atspi.CoordType.SCREEN)
+        self.assertEqual((box.width, box.height), (340, 520))
+        self.assertGreaterEqual(box.y, 24)
+        self.assertLess(box.y, 40)
+        self.assertLessEqual(box.x + box.width, 1280)
+
+    def testTheFolderChooserKeepsThePanelOpen(self):
+        self.launch().openPanel()
+        self.app.press("radio button", "Custom")
+        self.app.press("push button", "Browse")
+        self.app.find("push button", "Cancel")
+        time.sleep(SETTLE)
+        self.assertTrue(self.isOpen())
+        desktop.xdotool("key", "Escape")
+        self.app.waitUntilGone("push button", "Cancel")
+        time.sleep(SETTLE)
+        self.assertTrue(self.isOpen())
+
+    def testASecondStartOpensThePanelOfTheFirstAndEnds(self):
+        self.launch()
+        desktop.waitFor(self.app.trayWindow, "the item in the tray")
+        second = subprocess.run([PROGRAM], capture_output=True, text=True, timeout=10)
+        self.assertEqual((second.returncode, second.stdout, second.stderr), (0, "", ""))
+        self.app.find("push button", "Quit")
+
+    def testABarOnTheSessionBusGetsTitleToolTipIconAndMenu(self):
+        with Bar() as bar:
+            self.launch()
+            item = bar.registered()
+            self.assertEqual(item, self.app.busName())
+            self.assertEqual(itemProperty(item, "Title"), "Bonkora OFF")
+            self.assertEqual(itemProperty(item, "XAyatanaLabel"), "Bonkora OFF")
+            self.assertEqual(itemProperty(item, "ToolTip")[2], "Bonkora OFF")
+            self.assertEqual(itemProperty(item, "Status"), "Active")
+            for width, height, pixels in itemProperty(item, "IconPixmap"):
+                self.assertEqual(len(pixels), width * height * 4)
+                self.assertGreater(max(pixels), 0)
+            menu = itemProperty(item, "Menu")
+            layout = call(item, menu, "com.canonical.dbusmenu", "GetLayout",
+                          GLib.Variant("(iias)", (0, -1, [])))[1]
+            (entry, properties, children), = layout[2]
+            self.assertEqual((properties["label"], children), ("Open", []))
+            call(item, menu, "com.canonical.dbusmenu", "Event",
+                 GLib.Variant("(isvu)", (entry, "clicked", GLib.Variant("s", ""), 0)))
+            self.app.find("push button", "Quit")
+            self.app.press("push button", "Start")
+            desktop.waitFor(lambda: itemProperty(item, "Title") == "Bonkora 0", "the running title")
+
+    def testABarThatCameBackGetsTheItemAgain(self):
+        with Bar() as bar:
+            self.launch()
+            self.assertEqual(bar.registered(), self.app.busName())
+        desktop.waitFor(self.app.trayWindow, "the item in the tray instead")
+        with Bar() as bar:
+            self.assertEqual(bar.registered(), self.app.busName())
+            desktop.waitFor(lambda: not self.app.trayWindow(), "no item in the tray any more")
+        self.assertEqual(self.app.complaints(), [])
+
+    def testSigtermAndSigintEndItWithoutTheStop(self):
+        for number in (desktop.signal.SIGTERM, desktop.signal.SIGINT):
+            self.launch()
+            desktop.waitFor(self.app.trayWindow, "the item in the tray")
+            self.assertEqual(self.app.end(number), 0)
+            self.assertEqual(self.app.lines(), [])
+
+
+class WithoutDesktop(unittest.TestCase):
+    def run_(self, *arguments, **environment):
+        kept = {k: v for k, v in os.environ.items() if k not in ("DISPLAY", "QT_QPA_PLATFORM")}
+        return subprocess.run([PROGRAM, *arguments], capture_output=True, text=True, timeout=10,
+                              env=kept | environment)
+
+    def testHelpAndVersionNeedNoDisplay(self):
+        told = self.run_("--help")
+        self.assertEqual((told.returncode, told.stderr), (0, ""))
+        self.assertIn("Usage: bonkora", told.stdout)
+        told = self.run_("--version")
+        self.assertEqual(told.returncode, 0)
+        self.assertRegex(told.stdout, r"^bonkora \d+\.\d+\.\d+\n$")
+
+    def testAnUnknownOptionIsToldOnStandardError(self):
+        told = self.run_("--loud")
+        self.assertEqual((told.returncode, told.stdout), (2, ""))
+        self.assertIn("--loud", told.stderr)
+        self.assertIn("Usage: bonkora", told.stderr)
+
+    def testAMissingDisplayIsToldOnStandardError(self):
+        told = self.run_()
+        self.assertEqual((told.returncode, told.stdout), (1, ""))
+        self.assertIn("there is no display", told.stderr)
+        told = self.run_(DISPLAY=":987")
+        self.assertEqual((told.returncode, told.stdout), (1, ""))
+        self.assertIn(":987", told.stderr)
+
+    def testWithoutASessionBusNoDaemonIsStarted(self):
+        before = {pid for pid, (_, _, words) in desktop.processes().items()
+                  if words and words[0].endswith(("dbus-daemon", "dbus-launch"))}
+        with tempfile.TemporaryDirectory() as folder:
+            with desktop.Application(BUNDLE, f"{folder}/console", f"{folder}/errors",
+                                     DBUS_SESSION_BUS_ADDRESS="", XDG_RUNTIME_DIR=folder) as app:
+                desktop.waitFor(app.trayWindow, "the item in the tray")
+                second = subprocess.run(
+                    [PROGRAM], capture_output=True, text=True, timeout=10,
+                    env=os.environ | {"DBUS_SESSION_BUS_ADDRESS": "", "XDG_RUNTIME_DIR": folder})
+                self.assertEqual(second.returncode, 0)
+                self.assertIn("running already", second.stderr)
+                after = {pid for pid, (_, _, words) in desktop.processes().items()
+                         if words and words[0].endswith(("dbus-daemon", "dbus-launch"))}
+                self.assertEqual(after - before, set())
+
+
+if __name__ == "__main__":
+    unittest.main()
