@@ -1,0 +1,83 @@
+"""What the Debian package and an installation hold, by the judgement of the system's own checkers.
+Arguments: the folder of the packages, the build folder."""
+
+import pathlib
+import subprocess
+import sys
+import tempfile
+import unittest
+import xml.etree.ElementTree as xml
+
+PACKAGES, BUILD = (pathlib.Path(word) for word in sys.argv[1:3])
+VERSION = next(line.rpartition("=")[2] for line in
+               (BUILD / "CMakeCache.txt").read_text().splitlines()
+               if line.startswith("CMAKE_PROJECT_VERSION:"))
+NAME = "org.bonkora.Bonkora"
+
+
+def run(*words):
+    return subprocess.run([str(word) for word in words], text=True, capture_output=True,
+                          timeout=60)
+
+
+class Papers(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        cls.package = next(PACKAGES.glob(f"bonkora_{VERSION}_*.deb"))
+        cls.root = pathlib.Path(cls.enterClassContext(tempfile.TemporaryDirectory()))
+        subprocess.run(["dpkg-deb", "--extract", cls.package, cls.root], check=True)
+        cls.share = cls.root / "usr" / "share"
+
+    def assertSilent(self, *words):
+        done = run(*words)
+        self.assertEqual((done.returncode, done.stdout), (0, ""), done.stderr)
+
+    def testLintianFindsNothing(self):
+        self.assertSilent("lintian", "--fail-on", "error,warning", self.package)
+
+    def testTheDesktopFilesAreValid(self):
+        self.assertSilent("desktop-file-validate", self.share / "applications" / f"{NAME}.desktop",
+                          self.root / "etc" / "xdg" / "autostart" / f"{NAME}.desktop")
+
+    def testTheMetainfoIsValid(self):
+        done = run("appstreamcli", "validate", "--no-net", "--no-color",
+                   self.share / "metainfo" / f"{NAME}.metainfo.xml")
+        self.assertEqual(done.returncode, 0, done.stdout)
+        self.assertNotRegex(done.stdout, r"(?m)^[EWI]:")
+
+    def testTheManualPagesAreClean(self):
+        # The two name each other; mandoc looks for manuals among those installed only.
+        own = ("Xr bonkora 1", "Xr spank 1", "outdated mandoc.db")
+        for page in ("bonkora.1.gz", "spank.1.gz"):
+            done = run("mandoc", "-T", "lint", self.share / "man" / "man1" / page)
+            remarks = [line for line in done.stdout.splitlines()
+                       if not any(known in line for known in own)]
+            self.assertEqual(remarks, [], page)
+
+    def testStartingWithTheSessionIsOff(self):
+        entry = self.root / "etc" / "xdg" / "autostart" / f"{NAME}.desktop"
+        self.assertIn("Hidden=true", entry.read_text().splitlines())
+
+    def testPolkitAsksAtEveryStartOfTheInstalledProgram(self):
+        action = xml.parse(self.share / "polkit-1" / "actions" / f"{NAME}.policy").find("action")
+        self.assertEqual([rule.text for rule in action.find("defaults")], ["auth_admin"] * 3)
+        program = action.find("annotate").text
+        self.assertTrue((self.root / program.lstrip("/")).is_file(), program)
+
+    def testAnInstallationStartsByItsLinkAndGoesByItsList(self):
+        prefix = pathlib.Path(self.enterContext(tempfile.TemporaryDirectory()), "with space")
+        done = run("cmake", "--install", BUILD, "--prefix", prefix)
+        self.assertEqual(done.returncode, 0, done.stderr)
+        answer = run(prefix / "bin" / "bonkora", "--version")
+        self.assertEqual(answer.stdout, f"bonkora {VERSION}\n", answer.stderr)
+        policy = prefix / "share" / "polkit-1" / "actions" / f"{NAME}.policy"
+        self.assertIn(f">{prefix}/lib/Bonkora.app/Contents/Helpers/bonkora-elevated<",
+                      policy.read_text())
+        for line in (BUILD / "install_manifest.txt").read_text().splitlines():
+            pathlib.Path(line).unlink()
+        left = [path for path in prefix.rglob("*") if not path.is_dir()]
+        self.assertEqual(left, [])
+
+
+if __name__ == "__main__":
+    unittest.main(argv=sys.argv[:1], verbosity=2)
