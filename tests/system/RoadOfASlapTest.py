@@ -30,7 +30,7 @@ class RoadOfASlap(unittest.TestCase):
         self.folder = pathlib.Path(self.enterContext(tempfile.TemporaryDirectory()))
         recording = self.folder / "knocks.wav"
         subprocess.run([desktop.ROOT / "scripts" / "make-recording", "--count", str(KNOCKS),
-                        "--lead", "1", "--gap", "1", recording], check=True)
+                        "--lead", "1", "--gap", "1", "--tail", "120", recording], check=True)
         settings = pathlib.Path(os.environ["XDG_CONFIG_HOME"], "Bonkora", "spank.conf")
         settings.parent.mkdir(exist_ok=True)
         settings.write_text(f"sensor = file:{recording}\n")
