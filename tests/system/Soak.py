@@ -25,8 +25,10 @@ exec sleep 1000
 
 
 def memoryKiB(pid):
+    """What is the process's own: what it shares grows when others that share it end."""
     text = pathlib.Path(f"/proc/{pid}/smaps_rollup").read_text()
-    return next(int(line.split()[1]) for line in text.splitlines() if line.startswith("Pss:"))
+    return next(int(line.split()[1]) for line in text.splitlines()
+                if line.startswith("Private_Dirty:"))
 
 
 def threads(pid):
