@@ -12,10 +12,16 @@ constexpr double settlingTime = 0.1;      // s; the surroundings are unknown bef
 constexpr double fastAmplitude = 0.7;     // of the minimum amplitude
 constexpr double loudestSurprise = 10.0;  // times the surroundings' energy: more is an event
 constexpr double echoPart = 0.7;          // of the fading hold that a new impact exceeds
+constexpr double usualAmplitude = 0.05;   // the strongest reference of a knock's evidence
+constexpr std::size_t clickBlocks = 4;    // at the beginning and at the end of the window
 
 std::uint64_t framesIn(std::chrono::milliseconds duration, double rate) {
     return static_cast<std::uint64_t>(
         std::ceil(static_cast<double>(duration.count()) * 1e-3 * rate));
+}
+
+double square(float value) {
+    return static_cast<double>(value) * static_cast<double>(value);
 }
 
 }  // namespace
@@ -28,11 +34,16 @@ KnockDetector::KnockDetector(SensorKind theKind, double theRate, const Sensitivi
       cooldownFrames(
           framesIn(sensitivity.fast ? sensitivity.cooldown / 2 : sensitivity.cooldown, theRate)),
       blockSize(std::max<std::size_t>(1, static_cast<std::size_t>(theRate * blockDuration))),
+      windowBlocks(blocksIn(tuning.window)),
+      riseBlocks(blocksIn(tuning.riseTime)),
+      lookBackBlocks(blocksIn(tuning.lookBack)),
       lowPass(Filter::lowPass(tuning.lowPass, theRate)),
-      click(Filter::highPass(tuning.clickPass, theRate)) {
+      lowBand(Filter::lowPass(250.0, theRate)),
+      midBand{Filter::highPass(250.0, theRate), Filter::lowPass(1000.0, theRate)},
+      clickBand(Filter::highPass(1000.0, theRate)),
+      settling(blocksIn(settlingTime)) {
     highPass.fill(Filter::highPass(tuning.highPass, rate));
-    history.resize(blocksIn(tuning.lookBack) + blocksIn(tuning.riseTime) + 1);
-    settling = blocksIn(settlingTime);
+    history.resize(windowBlocks + riseBlocks + lookBackBlocks + 1);
 }
 
 std::size_t KnockDetector::blocksIn(double seconds) const {
@@ -54,86 +65,83 @@ void KnockDetector::process(std::span<const Frame> frames, std::vector<Knock>& k
 }
 
 void KnockDetector::filter(const Frame& frame) {
-    float strength = 0.0F;
+    double energy = 0.0;
     if (kind == SensorKind::microphone) {
         const float sound = highPass[0](frame[0] - origin[0]);
-        strength = std::abs(lowPass(sound));
-        block.clickPeak = std::max(block.clickPeak, std::abs(click(sound)));
+        energy = square(lowPass(sound));
+        block.low += square(lowBand(sound));
+        block.mid += square(midBand[1](midBand[0](sound)));
+        block.click += square(clickBand(sound));
     } else {
-        float square = 0.0F;
         for (std::size_t axis = 0; axis < frame.size(); ++axis) {
-            const float motion = highPass[axis](frame[axis] - origin[axis]);
-            square += motion * motion;
+            energy += square(highPass[axis](frame[axis] - origin[axis]));
         }
-        strength = std::sqrt(square);
     }
-    block.energy += static_cast<double>(strength) * static_cast<double>(strength);
-    if (strength > block.peak || block.peak == 0.0F) {
+    block.energy += energy;
+    const double strength = std::sqrt(energy);
+    if (strength > block.peak || blockFrames == 0) {
         block.peak = strength;
         block.peakFrame = frameCount;
     }
 }
 
 void KnockDetector::endBlock(std::vector<Knock>& knocks) {
-    if (settling > 0) {
-        --settling;
-    } else if (isFollowing) {
-        follow(block);
-    } else if (beginsKnock(block)) {
-        candidate = {block, block.peak, block.peak, 0.0F, block.clickPeak, 1};
-        isFollowing = true;
-    }
-    if (isFollowing && candidate.blocks > blocksIn(tuning.window)) {
-        isFollowing = false;
-        heldPeak = candidate.peak;
-        if (candidate.first.peakFrame >= quietUntil && isKnock(candidate)) {
-            knocks.push_back({candidate.first.peakFrame, frameCount - 1, candidate.peak});
-            quietUntil = candidate.first.peakFrame + cooldownFrames;
-        }
-    }
+    const bool begins = settling == 0 && following == 0 && beginsKnock(block);
+    settling -= settling > 0 ? 1 : 0;
     remember(block);
     block = {};
     blockFrames = 0;
+    if (begins || following > 0) {
+        ++following;
+    }
+    if (following > windowBlocks) {
+        judge(knocks);
+        following = 0;
+    }
 }
 
+// `now` is not yet in the history.
 bool KnockDetector::beginsKnock(const Block& now) const {
-    const double ambient = std::sqrt(ambientEnergy);
-    const double threshold =
-        std::max({minAmplitude, tuning.ambientFactor * ambient, echoPart * heldPeak});
-    if (now.peak < threshold || now.peak == 0.0F) {
-        return false;
-    }
-    float before = 0.0F;
-    for (std::size_t ago = blocksIn(tuning.riseTime); ago < history.size(); ++ago) {
-        before = std::max(before, past(ago).peak);
-    }
-    return now.peak >= static_cast<float>(tuning.riseFactor) * before;
+    const double threshold = std::max(
+        {minAmplitude, tuning.ambientFactor * std::sqrt(ambientEnergy), echoPart * heldPeak});
+    const double before = peakBetween(riseBlocks + lookBackBlocks - 1, riseBlocks - 1);
+    return now.peak >= threshold && now.peak > 0.0 && now.peak >= tuning.riseFactor * before;
 }
 
-void KnockDetector::follow(const Block& now) {
-    candidate.peak = std::max(candidate.peak, now.peak);
-    candidate.clickPeak = std::max(candidate.clickPeak, now.clickPeak);
-    if (candidate.blocks <= blocksIn(tuning.riseTime)) {
-        candidate.earlyPeak = std::max(candidate.earlyPeak, now.peak);
+void KnockDetector::judge(std::vector<Knock>& knocks) {
+    const double peak = peakBetween(windowBlocks, 0);
+    const auto impact = past(windowBlocks).peakFrame;
+    heldPeak = peak;
+    if (impact >= quietUntil && isKnock(peak)) {
+        knocks.push_back({impact, frameCount - 1, peak});
+        quietUntil = impact + cooldownFrames;
     }
-    if (candidate.blocks > blocksIn(tuning.window) / 2) {
-        candidate.latePeak = std::max(candidate.latePeak, now.peak);
-    }
-    ++candidate.blocks;
 }
 
-bool KnockDetector::isKnock(const Candidate& impact) const {
-    const auto partOf = [&](float value) { return static_cast<double>(value / impact.peak); };
-    return partOf(impact.earlyPeak) >= tuning.earlyPart &&
-           partOf(impact.clickPeak) >= tuning.clickPart &&
-           partOf(impact.latePeak) <= tuning.latePart;
+bool KnockDetector::isKnock(double peak) const {
+    if (kind == SensorKind::accelerometer) {
+        return true;
+    }
+    Evidence evidence;
+    evidence.peak = peak;
+    evidence.reference = std::min(minAmplitude, usualAmplitude);
+    evidence.before =
+        peakBetween(windowBlocks + riseBlocks + lookBackBlocks - 1, windowBlocks + riseBlocks);
+    for (std::size_t i = 0; i < clickBlocks; ++i) {
+        const Block& early = past(windowBlocks - i);
+        evidence.lowEnergy += early.low;
+        evidence.midEnergy += early.mid;
+        evidence.earlyClick += early.click;
+        evidence.lateClick += past(i).click;
+    }
+    return scoreOf(evidence) > 0.0;
 }
 
 void KnockDetector::remember(const Block& now) {
     newest = (newest + 1) % history.size();
     history[newest] = now;
     // The surroundings are what lay before the time in which an impact rises.
-    const double old = past(history.size() - 1).energy / static_cast<double>(blockSize);
+    const double old = past(riseBlocks + lookBackBlocks).energy / static_cast<double>(blockSize);
     const double limited =
         ambientEnergy > 0.0 ? std::min(old, loudestSurprise * ambientEnergy) : old;
     const double seconds = static_cast<double>(blockSize) / rate;
@@ -143,6 +151,14 @@ void KnockDetector::remember(const Block& now) {
 
 const KnockDetector::Block& KnockDetector::past(std::size_t blocksAgo) const {
     return history[(newest + history.size() - blocksAgo) % history.size()];
+}
+
+double KnockDetector::peakBetween(std::size_t oldestAgo, std::size_t newestAgo) const {
+    double peak = 0.0;
+    for (std::size_t ago = newestAgo; ago <= oldestAgo; ++ago) {
+        peak = std::max(peak, past(ago).peak);
+    }
+    return peak;
 }
 
 }  // namespace bonkora::detector

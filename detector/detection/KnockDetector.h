@@ -38,28 +38,22 @@ class KnockDetector {
   private:
     // A millisecond of signal, or one reading where that is longer.
     struct Block {
-        float peak = 0.0F;
-        float clickPeak = 0.0F;  // of the high band; microphones only
-        double energy = 0.0;     // sum of squares
+        double peak = 0.0;
+        double energy = 0.0;  // sum of squares
+        // Likewise, of a microphone's bands: 60 to 250, 250 to 1000 Hz, and above.
+        double low = 0.0;
+        double mid = 0.0;
+        double click = 0.0;
         std::uint64_t peakFrame = 0;
     };
-    // An impact that is being looked at.
-    struct Candidate {
-        Block first;
-        float peak = 0.0F;
-        float earlyPeak = 0.0F;  // within the rise time
-        float latePeak = 0.0F;   // after half of the window
-        float clickPeak = 0.0F;
-        std::size_t blocks = 0;
-    };
-
     void filter(const Frame& frame);
     void endBlock(std::vector<Knock>& knocks);
     bool beginsKnock(const Block& block) const;
-    void follow(const Block& block);
-    bool isKnock(const Candidate& candidate) const;
+    void judge(std::vector<Knock>& knocks);
+    bool isKnock(double peak) const;
     void remember(const Block& block);
     const Block& past(std::size_t blocksAgo) const;
+    double peakBetween(std::size_t oldestAgo, std::size_t newestAgo) const;
     std::size_t blocksIn(double seconds) const;
 
     const SensorKind kind;
@@ -68,22 +62,26 @@ class KnockDetector {
     const double minAmplitude;
     const std::uint64_t cooldownFrames;
     const std::size_t blockSize;  // frames
+    const std::size_t windowBlocks;
+    const std::size_t riseBlocks;
+    const std::size_t lookBackBlocks;
 
     Frame origin{};  // the first frame: gravity is no knock
     std::array<Filter, 3> highPass;
     Filter lowPass;
-    Filter click;
+    Filter lowBand;
+    std::array<Filter, 2> midBand;
+    Filter clickBand;
 
     std::uint64_t frameCount = 0;
     std::size_t blockFrames = 0;
     Block block;
     std::vector<Block> history;  // a ring, the newest at `newest`
     std::size_t newest = 0;
-    std::size_t settling;        // blocks until the first candidate
-    double ambientEnergy = 0.0;  // mean square of the signal's past
-    double heldPeak = 0.0;       // of the last candidate, fading
-    Candidate candidate;
-    bool isFollowing = false;
+    std::size_t settling;          // blocks until the first candidate
+    double ambientEnergy = 0.0;    // mean square of the signal's past
+    double heldPeak = 0.0;         // of the last candidate, fading
+    std::size_t following = 0;     // blocks of the impact that is being looked at
     std::uint64_t quietUntil = 0;  // frame
 };
 
