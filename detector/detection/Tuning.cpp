@@ -12,9 +12,9 @@ Tuning tuningFor(SensorKind kind, double rate) {
                 .window = 0.011,
                 .riseTime = 0.003,
                 .lookBack = 0.025,
-                .riseFactor = 2.0,
+                .riseFactor = 3.2,
                 .ambientTime = 0.4,
-                .ambientFactor = 3.5,
+                .ambientFactor = 6.3,
                 .holdTime = 0.08};
     }
     // Slow sensors see a knock in two or three readings.
