@@ -40,7 +40,7 @@ double scoreOf(const Evidence& evidence) {
     const double lingering =
         std::clamp(decades(evidence.lateClick, evidence.earlyClick), -1.0, 1.0);
     const double suddenness = std::clamp(decades(evidence.peak, evidence.before), 0.0, 1.5);
-    return 10.0 * strength + 14.0 * depth - 6.0 * lingering + 6.0 * suddenness - 9.0;
+    return 10.0 * strength + 14.0 * depth - 6.0 * lingering + 6.0 * suddenness - 9.5;
 }
 
 }  // namespace bonkora::detector
