@@ -2,6 +2,7 @@
 
 #include <QDBusConnection>
 #include <QDBusMessage>
+#include <QDBusMetaType>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 
@@ -22,8 +23,12 @@ constexpr uint prefersLight = 2;
 
 AppearancePortal::AppearancePortal() {
     QDBusConnection bus = QDBusConnection::sessionBus();
-    bus.connect(service, path, interface, "SettingChanged", this,
-                SLOT(settingChanged(QString, QString, QDBusVariant)));
+    // The bus library knows its own types only once they were asked for, and refuses the slot else.
+    QDBusMetaType::typeToSignature(QMetaType::fromType<QDBusVariant>());
+    if (!bus.connect(service, path, interface, "SettingChanged", this,
+                     SLOT(settingChanged(QString, QString, QDBusVariant)))) {
+        qWarning("bonkora: changes between light and dark will not be heard");
+    }
     QDBusMessage question = QDBusMessage::createMethodCall(service, path, interface, "Read");
     question << settingSpace << settingKey;
     auto* call = new QDBusPendingCallWatcher(bus.asyncCall(question), this);

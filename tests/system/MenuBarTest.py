@@ -107,6 +107,27 @@ class MenuBar(unittest.TestCase):
         time.sleep(SETTLE)
         self.assertTrue(self.isOpen())
 
+    def testItFollowsTheDesktopFromLightToDarkAndBackWhileOpen(self):
+        portal = self.enterContext(subprocess.Popen(
+            [desktop.ROOT / "tests/support/appearance-portal", "2"], text=True,
+            stdin=subprocess.PIPE, stdout=subprocess.PIPE))
+        portal.stdout.readline()
+        self.launch().openPanel()
+
+        def isDark():
+            x, y = desktop.centre(self.app.find("push button", "Start"))
+            grey = subprocess.run(
+                ["convert", "x:root", "-crop", f"1x1+{x - 100}+{y}", "-colorspace", "gray",
+                 "-format", "%[fx:u]", "info:"], capture_output=True, text=True)
+            return float(grey.stdout) < 0.5
+
+        desktop.waitFor(lambda: not isDark(), "a light panel")
+        for scheme in (1, 2):
+            portal.stdin.write(f"{scheme}\n")
+            portal.stdin.flush()
+            desktop.waitFor(lambda: isDark() == (scheme == 1), f"the panel in scheme {scheme}")
+        portal.kill()
+
     def testASecondStartOpensThePanelOfTheFirstAndEnds(self):
         self.launch()
         desktop.waitFor(self.app.trayWindow, "the item in the tray")
