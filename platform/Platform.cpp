@@ -7,7 +7,7 @@
 
 namespace bonkora::platform {
 
-Platform Platform::real(std::shared_ptr<MainQueue> mainQueue, Bundle bundle) {
+Platform Platform::real(std::shared_ptr<MainQueue> mainQueue, const Bundle& bundle) {
     return {.mainQueue = std::move(mainQueue),
             .globalQueue = GlobalQueue::real(),
             .console = Console::standardOutput(),

@@ -25,7 +25,7 @@ struct Platform {
     ProcessFactory makeProcess;
 
     // The real system around a given main queue.
-    static Platform real(std::shared_ptr<MainQueue> mainQueue, Bundle bundle);
+    static Platform real(std::shared_ptr<MainQueue> mainQueue, const Bundle& bundle);
 };
 
 }  // namespace bonkora::platform

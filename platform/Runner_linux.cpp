@@ -4,7 +4,7 @@
 namespace bonkora::platform {
 
 std::string runnerPath(const std::optional<std::string>& executablePath) {
-    const std::string systemRunner = "/usr/bin/osascript";
+    constexpr const char* systemRunner = "/usr/bin/osascript";
     if (!executablePath || fileExists(systemRunner)) {
         return systemRunner;
     }

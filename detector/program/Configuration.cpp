@@ -11,7 +11,7 @@ namespace bonkora::detector {
 
 namespace {
 
-constexpr std::size_t largestFile = 64 * 1024;  // bytes
+constexpr std::size_t largestFile = std::size_t{64} * 1024;  // bytes
 
 // Why the setting is refused, or nothing.
 std::optional<std::string> apply(Configuration& configuration, std::string_view key,

@@ -39,6 +39,7 @@ std::vector<OpenedAccelerometer> openAccelerometers(const SystemRoots& roots) {
     return opened;
 }
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): the chosen sensor is moved out of it
 Opened chooseAccelerometer(const SensorChoice& choice, std::vector<OpenedAccelerometer> opened) {
     std::string reason = "none is there";
     for (auto& [files, sensor] : opened) {

@@ -90,7 +90,7 @@ std::optional<Scan> readScan(const std::string& folder) {
 void chooseTrigger(const AccelerometerFiles& files, const SystemRoots& roots,
                    HeldSettings& settings) {
     const std::string path = files.folder + "/trigger/current_trigger";
-    if (readAttribute(path).value_or("none") != "") {
+    if (!readAttribute(path).value_or("none").empty()) {
         return;  // it has one, or knows none
     }
     std::error_code error;
