@@ -41,6 +41,11 @@ MenuBarContentView::MenuBarContentView(SpankWrapper& wrapper, const PanelEnviron
     observation.observe(slapCounterTotal);
 }
 
+MenuBarContentView::~MenuBarContentView() {
+    // The focus goes while the widget's own parts are taken down: nothing of this is left by then.
+    disconnect(qApp, nullptr, this, nullptr);
+}
+
 void MenuBarContentView::layOut() {
     auto* column = new QWidget;
     auto* sections = new QVBoxLayout(column);

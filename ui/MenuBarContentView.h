@@ -29,6 +29,7 @@ class MenuBarContentView final : public QWidget {
   public:
     // Starts nothing and reads nothing from the controller.
     MenuBarContentView(SpankWrapper& spankWrapper, const PanelEnvironment& environment);
+    ~MenuBarContentView() override;
 
   protected:
     void showEvent(QShowEvent* event) override;
