@@ -207,9 +207,15 @@ class Application:
         return [name for role, name, _ in self.elements() if role == "label"]
 
     def openPanel(self):
-        if not self.seek("push button", "Quit"):
-            self.click()
-        return self.find("push button", "Quit")
+        """Clicks, and again where a tray that was still arranging itself lost the click."""
+        for _ in range(4):
+            if not self.seek("push button", "Quit"):
+                self.click()
+            try:
+                return self.find("push button", "Quit", PATIENCE / 4)
+            except Missed:
+                continue
+        raise Missed("no panel after four clicks")
 
     def press(self, role, name):
         """Does what the element's first action says: presses, toggles, selects."""
