@@ -1,3 +1,5 @@
+#include <SDL_thread.h>
+
 #include <condition_variable>
 #include <mutex>
 #include <thread>
@@ -15,7 +17,10 @@ class ReadingShelf final : public SoundShelf {
         : files(std::move(theFiles)),
           choice(std::move(theChoice)),
           empty(files.empty()),
-          reader([this] { readAhead(); }) {}
+          reader([this] {
+              readAhead();
+              SDL_TLSCleanup();  // SDL keeps its errors for each thread, and cleans up its own only
+          }) {}
     ReadingShelf(const ReadingShelf&) = delete;
     ReadingShelf& operator=(const ReadingShelf&) = delete;
     ~ReadingShelf() override {

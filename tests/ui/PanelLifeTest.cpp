@@ -11,6 +11,12 @@ using bonkora::test::Panel;
 namespace {
 
 constexpr int openings = 500;
+// The sanitizer keeps what was freed; it finds leaks by itself.
+#if defined(__SANITIZE_ADDRESS__)
+constexpr bool memoryTells = false;
+#else
+constexpr bool memoryTells = true;
+#endif
 
 std::size_t descriptors() {
     const std::filesystem::directory_iterator all("/proc/self/fd");
@@ -59,7 +65,9 @@ class PanelLifeTest final : public QObject {
         QCOMPARE(QApplication::allWidgets().size(), widgetsBefore);
         const long growth = privateMemory() - memoryBefore;
         // Less than one KiB an opening: a panel kept would be hundreds.
-        QVERIFY2(growth < openings, qPrintable(QString("%1 KiB").arg(growth)));
+        if (memoryTells) {
+            QVERIFY2(growth < openings, qPrintable(QString("%1 KiB").arg(growth)));
+        }
         qInfo("memory grew by %ld KiB over %d openings", growth, openings);
     }
 
