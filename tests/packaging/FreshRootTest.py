@@ -20,7 +20,6 @@ from PolkitDesktop import NOBODY, enter, mountEmpty, skip  # noqa: E402
 SCRIPTS = HERE.parents[2] / "scripts"
 ROOT = pathlib.Path("/run/fresh")
 LAYERS = pathlib.Path("/run/layers")
-MIRROR = "http://deb.debian.org/debian"
 
 # What any package's coming and going changes, and what this test puts there itself.
 UNSTEADY = ("/dev", "/proc", "/tmp", "/run", "/var/cache", "/var/lib/apt", "/var/lib/dpkg",
@@ -45,11 +44,22 @@ def inside(*words, **more):
     run("chroot", ROOT, *words, env=environment, stdin=subprocess.DEVNULL, **more)
 
 
+def mirror():
+    """Where this machine's own packages come from."""
+    listed = subprocess.check_output(
+        ["apt-get", "indextargets", "--format", "$(RELEASE) $(COMPONENT) $(SITE)"], text=True)
+    for line in listed.splitlines():
+        release, component, site = line.split(maxsplit=2)
+        if (release, component) == ("bookworm", "main"):
+            return site
+    skip("this machine has no mirror of Debian 12")
+
+
 def makeBareSystem(base):
     if not base.is_dir():
         begun = base.with_suffix(".part")
         shutil.rmtree(begun, ignore_errors=True)
-        done = subprocess.run(["debootstrap", "--variant=minbase", "bookworm", begun, MIRROR],
+        done = subprocess.run(["debootstrap", "--variant=minbase", "bookworm", begun, mirror()],
                               stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True)
         if done.returncode != 0:
             skip("no bare system: " + done.stdout[-300:])
