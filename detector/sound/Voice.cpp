@@ -17,7 +17,7 @@ namespace bonkora::detector {
 namespace {
 
 constexpr int sampleRate = 44100;  // samples a second
-constexpr int chunkSize = 256;     // samples; the device asks for them every 5.8 ms
+constexpr int chunkSize = 512;     // samples; the device asks for them every 11.6 ms
 constexpr int voices = 16;         // sounds at the same time
 
 // SDL's mixer, open for as long as one of these lives.
