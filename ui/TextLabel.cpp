@@ -16,17 +16,31 @@ TextLabel::TextLabel(const TextStyle& theStyle, QPalette::ColorRole theColor, co
                   lines == Lines::one ? QSizePolicy::Fixed : QSizePolicy::Preferred);
     setWordWrap(lines == Lines::asNeeded);  // a label's height follows its width only then
     setText(text);
+    fixSize();
 }
 
 void TextLabel::show(const QString& newText) {
     if (newText != text()) {
+        natural.reset();
+        wrappedWidth = -1;
         setText(newText);
+        fixSize();
+    }
+}
+
+// While a line keeps its size, as a number mostly does, its new text costs the panel no layout.
+void TextLabel::fixSize() {
+    if (lines == Lines::one) {
+        setFixedSize(sizeHint());
     }
 }
 
 QSize TextLabel::sizeHint() const {
-    const QSizeF size = textPainter::naturalSize(text(), look);
-    return {static_cast<int>(std::ceil(size.width())), static_cast<int>(size.height())};
+    if (!natural) {
+        const QSizeF size = textPainter::naturalSize(text(), look);
+        natural = QSize(static_cast<int>(std::ceil(size.width())), static_cast<int>(size.height()));
+    }
+    return *natural;
 }
 
 QSize TextLabel::minimumSizeHint() const {
@@ -34,8 +48,14 @@ QSize TextLabel::minimumSizeHint() const {
 }
 
 int TextLabel::heightForWidth(int width) const {
-    return lines == Lines::one ? look.lineHeight
-                               : static_cast<int>(textPainter::wrappedHeight(text(), look, width));
+    if (lines == Lines::one) {
+        return look.lineHeight;
+    }
+    if (wrappedWidth < 0 || wrappedWidth != width) {
+        wrappedWidth = width;
+        wrappedHeight = static_cast<int>(textPainter::wrappedHeight(text(), look, width));
+    }
+    return wrappedHeight;
 }
 
 void TextLabel::paintEvent(QPaintEvent*) {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QLabel>
+#include <optional>
 
 #include "ui/Colors.h"
 #include "ui/TextStyle.h"
@@ -33,9 +34,15 @@ class TextLabel final : public QLabel {
     void paintEvent(QPaintEvent* event) override;
 
   private:
+    void fixSize();
+
     const TextStyle look;
     const QPalette::ColorRole color;
     const Lines lines;
+    // What the layout asks again and again for one text; shaping it is what a redraw costs.
+    mutable std::optional<QSize> natural;
+    mutable int wrappedWidth = -1;  // to which the text was wrapped last
+    mutable int wrappedHeight = 0;
 };
 
 }  // namespace bonkora

@@ -76,6 +76,17 @@ class Layout {
     }
 };
 
+// One line, vertically centred.
+void draw(QPainter& painter, const QRectF& box, const Layout& line, const TextStyle& style,
+          const QColor& color, Qt::Alignment alignment) {
+    const qreal spare = box.width() - line.naturalWidth;
+    const qreal x = alignment & Qt::AlignRight     ? spare
+                    : alignment & Qt::AlignHCenter ? spare / 2
+                                                   : 0;
+    painter.setPen(color);
+    line.layout.draw(&painter, {box.left() + x, box.center().y() - style.lineHeight / 2.0});
+}
+
 }  // namespace
 
 QSizeF naturalSize(const QString& text, const TextStyle& style) {
@@ -89,17 +100,14 @@ qreal wrappedHeight(const QString& text, const TextStyle& style, qreal width) {
 
 void drawLine(QPainter& painter, const QRectF& box, const QString& text, const TextStyle& style,
               const QColor& color, Qt::Alignment alignment) {
-    QString line = text;
-    if (naturalSize(text, style).width() > std::ceil(box.width())) {
-        line = QFontMetricsF(style.font()).elidedText(text, Qt::ElideRight, box.width());
+    const Layout layout(text, style, unlimited);
+    if (std::ceil(layout.naturalWidth) > std::ceil(box.width())) {
+        const QString elided =
+            QFontMetricsF(style.font()).elidedText(text, Qt::ElideRight, box.width());
+        draw(painter, box, Layout(elided, style, unlimited), style, color, alignment);
+    } else {
+        draw(painter, box, layout, style, color, alignment);
     }
-    const Layout layout(line, style, unlimited);
-    const qreal spare = box.width() - layout.naturalWidth;
-    const qreal x = alignment & Qt::AlignRight     ? spare
-                    : alignment & Qt::AlignHCenter ? spare / 2
-                                                   : 0;
-    painter.setPen(color);
-    layout.layout.draw(&painter, {box.left() + x, box.center().y() - style.lineHeight / 2.0});
 }
 
 void drawWrapped(QPainter& painter, const QRectF& box, const QString& text, const TextStyle& style,
