@@ -1,13 +1,35 @@
 // The baseline for start and memory: as little as a Qt program with a tray icon can be. With
 // "--window" it also shows an empty window of the panel's size; with "--closed" it destroys that
-// window again half a second later.
+// window again half a second later. "--texts" fills the window with plain labels that show as many
+// texts as the panel, in as many fonts: what any window with text costs, whoever draws it.
 #include <QApplication>
+#include <QFontDatabase>
 #include <QIcon>
+#include <QLabel>
 #include <QPixmap>
 #include <QSystemTrayIcon>
 #include <QTimer>
+#include <QVBoxLayout>
 #include <QWidget>
 #include <memory>
+
+namespace {
+
+void fillWithTexts(QWidget& window) {
+    auto* column = new QVBoxLayout(&window);
+    const QFont fixed = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+    for (int i = 0; i < 24; ++i) {
+        auto* label = new QLabel(i % 6 == 0 ? QString::fromUtf8("Label \U0001F44B %1").arg(i)
+                                            : QString("Label number %1, as long as ours").arg(i));
+        QFont font = i % 2 == 0 ? fixed : label->font();
+        font.setPixelSize(10 + i % 5);
+        font.setBold(i % 3 == 0);
+        label->setFont(font);
+        column->addWidget(label);
+    }
+}
+
+}  // namespace
 
 int main(int argumentCount, char** arguments) {
     QApplication application(argumentCount, arguments);
@@ -20,8 +42,11 @@ int main(int argumentCount, char** arguments) {
 
     const QString mode = QApplication::arguments().value(1);
     std::unique_ptr<QWidget> window;
-    if (mode == "--window" || mode == "--closed") {
+    if (mode == "--window" || mode == "--closed" || mode == "--texts") {
         window = std::make_unique<QWidget>();
+        if (mode == "--texts") {
+            fillWithTexts(*window);
+        }
         window->setFixedSize(340, 520);
         window->show();
     }
