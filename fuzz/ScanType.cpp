@@ -15,10 +15,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     fuzz::require(detector::layOut({&*element}) == element->storageBits / 8, "it is alone");
     const char scan[8] = {'\x80', '\x7f', '\xff', '\x00', '\x01', '\xfe', '\x55', '\xaa'};
     const auto value = element->valueIn(scan);
-    if (element->bits < 64) {
-        const auto limit = std::int64_t{1}
-                           << (element->isSigned ? element->bits - 1 : element->bits);
-        fuzz::require(value < limit && value >= (element->isSigned ? -limit : 0),
+    // What lies above the value's bits only repeats its sign.
+    if (element->isSigned) {
+        const auto above = value >> (element->bits - 1);
+        fuzz::require(above == 0 || above == -1, "the value fits its bits");
+    } else if (element->bits < 64) {
+        fuzz::require(static_cast<std::uint64_t>(value) >> element->bits == 0,
                       "the value fits its bits");
     }
     return 0;
