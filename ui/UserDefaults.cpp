@@ -2,6 +2,14 @@
 
 namespace bonkora {
 
+UserDefaults::UserDefaults()
+    : settings(QSettings::NativeFormat, QSettings::UserScope, organization(), "Bonkora"),
+      watch(makeWatch()) {
+    settings.setFallbacksEnabled(false);
+}
+
+UserDefaults::~UserDefaults() = default;
+
 std::int64_t UserDefaults::integer(const QString& key, std::int64_t otherwise) {
     settings.sync();
     const QVariant stored = settings.value(key);

@@ -26,13 +26,12 @@ class UserDefaults final : public QObject {
     void changed();
 
   private:
-    class Watch;
-
-    // How the settings of one system are addressed.
+    // How the settings of one system are addressed, and what notices that they have changed.
     static QString organization();
+    std::unique_ptr<QObject> makeWatch();
 
     QSettings settings;
-    std::unique_ptr<Watch> watch;
+    const std::unique_ptr<QObject> watch;
 };
 
 }  // namespace bonkora

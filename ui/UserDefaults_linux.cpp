@@ -1,22 +1,25 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QFileSystemWatcher>
+#include <utility>
 
 #include "ui/UserDefaults.h"
 
 namespace bonkora {
 
+namespace {
+
 // Watches the file and the folder nearest to it that exists; makes neither.
-class UserDefaults::Watch {
+class Watch final : public QObject {
   public:
-    explicit Watch(UserDefaults& theDefaults)
-        : defaults(theDefaults), file(theDefaults.settings.fileName()) {
+    Watch(UserDefaults& theDefaults, QString theFile)
+        : defaults(theDefaults), file(std::move(theFile)) {
         const auto onChange = [this] {
             follow();
             emit defaults.changed();
         };
-        connect(&watcher, &QFileSystemWatcher::fileChanged, &defaults, onChange);
-        connect(&watcher, &QFileSystemWatcher::directoryChanged, &defaults, onChange);
+        connect(&watcher, &QFileSystemWatcher::fileChanged, this, onChange);
+        connect(&watcher, &QFileSystemWatcher::directoryChanged, this, onChange);
         follow();
     }
 
@@ -46,16 +49,14 @@ class UserDefaults::Watch {
     QFileSystemWatcher watcher;
 };
 
+}  // namespace
+
 QString UserDefaults::organization() {
     return "Bonkora";
 }
 
-UserDefaults::UserDefaults()
-    : settings(QSettings::NativeFormat, QSettings::UserScope, organization(), "Bonkora") {
-    settings.setFallbacksEnabled(false);
-    watch = std::make_unique<Watch>(*this);
+std::unique_ptr<QObject> UserDefaults::makeWatch() {
+    return std::make_unique<Watch>(*this, settings.fileName());
 }
-
-UserDefaults::~UserDefaults() = default;
 
 }  // namespace bonkora

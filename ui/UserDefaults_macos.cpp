@@ -8,11 +8,9 @@ namespace {
 
 constexpr int lookMilliseconds = 800;
 
-}  // namespace
-
 // The preferences of another program's making are visible at once, but nothing that Qt offers
 // announces them: look often enough to show them within a second.
-class UserDefaults::Watch {
+class Watch final : public QObject {
   public:
     explicit Watch(UserDefaults& defaults) {
         timer.setInterval(lookMilliseconds);
@@ -24,17 +22,15 @@ class UserDefaults::Watch {
     QTimer timer;
 };
 
+}  // namespace
+
 // With the application's name this makes the bundle identifier's domain.
 QString UserDefaults::organization() {
     return "bonkora.org";
 }
 
-UserDefaults::UserDefaults()
-    : settings(QSettings::NativeFormat, QSettings::UserScope, organization(), "Bonkora") {
-    settings.setFallbacksEnabled(false);
-    watch = std::make_unique<Watch>(*this);
+std::unique_ptr<QObject> UserDefaults::makeWatch() {
+    return std::make_unique<Watch>(*this);
 }
-
-UserDefaults::~UserDefaults() = default;
 
 }  // namespace bonkora
