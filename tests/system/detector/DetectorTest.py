@@ -6,90 +6,22 @@ import math
 import os
 import pathlib
 import pwd
-import random
-import select
 import shutil
 import signal
 import subprocess
-import tempfile
 import time
 import unittest
 import wave
 
-SPANK = str(pathlib.Path(os.environ["BONKORA_BUNDLE"]) / "Contents" / "Resources" / "spank")
-RATE = 48000
+from detectors import DetectorCase, signal_with, write_wav
+
 COUNTED = ("slap", "hit", "playing")    # letters that an application counts in plain lines
 
 
-def knock(strength):
-    """A thump of 180 a second that fades within 30 ms, and its click."""
-    noise = random.Random(5)
-    return [strength * math.exp(-i / RATE / 0.03) * math.cos(math.tau * 180 * i / RATE)
-            + 0.3 * strength * math.exp(-i / RATE / 0.002) * noise.uniform(-1, 1)
-            for i in range(RATE // 4)]
-
-
-def signal_with(knocks, seconds):
-    """Samples with a (time, strength) each, on soft noise."""
-    noise = random.Random(3)
-    samples = [noise.gauss(0, 0.001) for _ in range(int(seconds * RATE))]
-    for at, strength in knocks:
-        for i, value in enumerate(knock(strength)):
-            samples[int(at * RATE) + i] += value
-    return samples
-
-
-def write_wav(path, samples):
-    with wave.open(str(path), "wb") as file:
-        file.setnchannels(1)
-        file.setsampwidth(2)
-        file.setframerate(RATE)
-        steps = (max(-32768, min(32767, round(32767 * s))) for s in samples)
-        file.writeframes(array.array("h", steps).tobytes())
-
-
-class DetectorTest(unittest.TestCase):
+class DetectorTest(DetectorCase):
     def setUp(self):
+        super().setUp()
         self.errors = []
-        self.folder = pathlib.Path(tempfile.mkdtemp(prefix="bonkora-detector-"))
-        self.addCleanup(shutil.rmtree, self.folder, True)
-        self.environment = {"PATH": "/usr/bin:/bin", "HOME": str(self.folder),
-                            "XDG_CONFIG_HOME": str(self.folder), "SDL_AUDIODRIVER": "dummy"}
-
-    def run_spank(self, *arguments, **more):
-        return subprocess.run([SPANK, *map(str, arguments)], env=self.environment, timeout=60,
-                              stdin=subprocess.DEVNULL, capture_output=True, text=True, **more)
-
-    def start(self, *arguments, **more):
-        more.setdefault("stdin", subprocess.DEVNULL)
-        process = subprocess.Popen([SPANK, "--stdio", *map(str, arguments)], env=self.environment,
-                                   stdout=subprocess.PIPE, stderr=subprocess.PIPE, **more)
-        self.addCleanup(self.end, process)
-        return process
-
-    def end(self, process):
-        if process.poll() is None:
-            process.kill()
-        process.wait()
-        for stream in (process.stdin, process.stdout, process.stderr):
-            if stream:
-                stream.close()
-
-    def event(self, process, seconds=10):
-        ready, _, _ = select.select([process.stdout], [], [], seconds)
-        self.assertTrue(ready, "no event came")
-        line = process.stdout.readline()
-        self.assertTrue(line.endswith(b"\n"), f"the detector ended: {process.poll()}")
-        return json.loads(line)
-
-    def accelerometer(self, name="bma", rate=400):
-        device = self.folder / "sys/bus/iio/devices/iio:device0"
-        device.mkdir(parents=True)
-        for file, text in {"name": name, "in_accel_x_raw": "0", "in_accel_y_raw": "0",
-                           "in_accel_z_raw": "1000", "in_accel_scale": "0.00980665",
-                           "sampling_frequency": str(rate)}.items():
-            (device / file).write_text(text + "\n")
-        return device
 
     # Command line
 
@@ -205,10 +137,6 @@ class DetectorTest(unittest.TestCase):
         self.assertEqual(self.event(process)["type"], "slap")
 
     # Configuration
-
-    def configure(self, text):
-        (self.folder / "Bonkora").mkdir()
-        (self.folder / "Bonkora" / "spank.conf").write_text(text)
 
     def test_the_configuration_chooses_the_sensor_and_the_command_line_overrules_it(self):
         write_wav(self.folder / "k.wav", signal_with([(0.5, 0.5)], 1))

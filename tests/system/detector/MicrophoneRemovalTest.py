@@ -1,0 +1,90 @@
+"""A microphone that goes while the detector listens, at a sound server of the test's own."""
+
+import shutil
+import subprocess
+import time
+import unittest
+
+from detectors import DetectorCase
+
+SOURCE = ("load-module", "module-null-source", "source_name=microphone", "description=Microphone")
+SINK = ("load-module", "module-null-sink", "sink_name=loudspeaker")
+
+
+@unittest.skipUnless(shutil.which("pulseaudio"), "pulseaudio is not installed")
+class MicrophoneRemovalTest(DetectorCase):
+    def setUp(self):
+        super().setUp()
+        self.socket = self.folder / "sound"
+        self.environment.update(SDL_AUDIODRIVER="pulseaudio", PULSE_SERVER=f"unix:{self.socket}",
+                                XDG_RUNTIME_DIR=str(self.folder))
+        self.start_server()
+
+    def start_server(self):
+        self.socket.unlink(missing_ok=True)
+        self.server = subprocess.Popen(
+            ["pulseaudio", "-n", "--daemonize=no", "--use-pid-file=no", "--exit-idle-time=-1",
+             f"--load=module-native-protocol-unix socket={self.socket} auth-anonymous=yes"],
+            env=self.environment, stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
+            stderr=subprocess.DEVNULL)
+        self.addCleanup(self.stop_server, self.server)
+        deadline = time.monotonic() + 10
+        while not self.socket.exists() and time.monotonic() < deadline:
+            time.sleep(0.05)
+
+    def stop_server(self, server):
+        server.kill()
+        server.wait()
+
+    def control(self, *words):
+        done = subprocess.run(["pactl", *words], env=self.environment, timeout=10, check=True,
+                              capture_output=True, text=True)
+        return done.stdout.strip()
+
+    def assert_listens(self, process):
+        event = self.event(process, 15)
+        self.assertEqual((event["type"], event.get("sensor")), ("ready", "microphone"), event)
+
+    def assert_complains(self, process, *reasons):
+        for reason in reasons:
+            event = self.event(process)
+            self.assertEqual(event["type"], "error")
+            self.assertIn(reason, event["message"])
+
+    def test_a_microphone_that_is_unplugged_is_an_error_and_is_waited_for(self):
+        plug = self.control(*SOURCE)
+        process = self.start("--sensor", "microphone")
+        self.assert_listens(process)
+        for _ in range(2):
+            self.control("unload-module", plug)
+            self.assert_complains(process, "the microphone has gone",
+                                  "no microphone can be opened")
+            plug = self.control(*SOURCE)
+            self.assert_listens(process)
+
+    def test_the_chosen_microphone_is_waited_for_though_the_loudspeaker_plays_on(self):
+        self.control(*SINK)
+        plug = self.control(*SOURCE)
+        self.configure("device = Microphone\n")
+        process = self.start("--sensor", "microphone")
+        self.assert_listens(process)
+        self.control("unload-module", plug)
+        self.assert_complains(process, "the microphone has gone", "no microphone can be opened")
+        self.control(*SOURCE)
+        self.assert_listens(process)
+
+    def test_a_sound_server_that_is_restarted_is_found_again(self):
+        self.control(*SINK)
+        self.control(*SOURCE)
+        process = self.start("--sensor", "microphone")
+        self.assert_listens(process)
+        self.stop_server(self.server)
+        self.assert_complains(process, "the microphone has gone", "no sensor")
+        self.start_server()
+        self.control(*SINK)
+        self.control(*SOURCE)
+        self.assert_listens(process)
+
+
+if __name__ == "__main__":
+    unittest.main()
