@@ -92,12 +92,29 @@ class Microphone final : public Sensor {
     std::vector<float> samples;
 };
 
+// The microphone that the system prefers, or nothing where it has no name. Opened by its name it is
+// lost when it goes, instead of being replaced by whatever else the system can record, such as what
+// the loudspeakers play.
+std::string preferredMicrophone() {
+    char* name = nullptr;
+    SDL_AudioSpec itsFormat{};
+    if (SDL_GetDefaultAudioInfo(&name, &itsFormat, 1) != 0 || name == nullptr) {
+        return {};
+    }
+    const std::unique_ptr<char, decltype(&SDL_free)> owner{name, SDL_free};
+    return name;
+}
+
 }  // namespace
 
 std::variant<std::unique_ptr<Sensor>, std::string> openMicrophone(const std::string& device) {
     auto system = SdlSystem::start();
     if (!system) {
         return std::string{"no sound system answers"};
+    }
+    // The count also has SDL forget what is gone: a microphone that returns gets its old name.
+    if (SDL_GetNumAudioDevices(1) == 0) {
+        return std::string{"none is there"};
     }
     platform::UniqueDescriptor event{::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)};
     if (!event) {
@@ -111,14 +128,15 @@ std::variant<std::unique_ptr<Sensor>, std::string> openMicrophone(const std::str
     wanted.samples = chunkSize;
     wanted.callback = &Ear::hear;
     wanted.userdata = ear.get();
-    const char* const name = device.empty() ? nullptr : device.c_str();
+    const auto name = device.empty() ? preferredMicrophone() : device;
     SDL_AudioSpec obtained{};
-    const auto opened = SDL_OpenAudioDevice(name, 1, &wanted, &obtained, 0);
+    const auto opened =
+        SDL_OpenAudioDevice(name.empty() ? nullptr : name.c_str(), 1, &wanted, &obtained, 0);
     if (opened == 0) {
         return std::string{"no microphone can be opened"};
     }
     return std::make_unique<Microphone>(std::move(system), std::move(ear), opened,
-                                        device.empty() ? "default" : device);
+                                        name.empty() ? "default" : name);
 }
 
 std::vector<std::string> findMicrophones() {

@@ -79,7 +79,7 @@ class DetectorCase(unittest.TestCase):
         return json.loads(line)
 
     def configure(self, text):
-        (self.folder / "Bonkora").mkdir()
+        (self.folder / "Bonkora").mkdir(exist_ok=True)
         (self.folder / "Bonkora" / "spank.conf").write_text(text)
 
     def accelerometer(self, name="bma", rate=400):
