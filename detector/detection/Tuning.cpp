@@ -21,7 +21,7 @@ Tuning tuningFor(SensorKind kind, double rate) {
     const double reading = 1.0 / rate;
     return {.highPass = 15.0,
             .lowPass = rate,
-            .window = std::max(0.010, reading),
+            .window = std::max(0.008, reading),
             .riseTime = std::max(0.010, 2.0 * reading),
             .lookBack = std::max(0.030, 4.0 * reading),
             .riseFactor = 3.0,

@@ -30,7 +30,8 @@ class FlatMemoryTest(DetectorCase):
         for second in range(1, 60, 2):
             for step, value in enumerate((600, -400, 200, -100)):
                 minute[3 * (second * rate + step) + 2] += value
-        self.assert_stays_as_large(process, device, minute.tobytes(), 30, 1, 24 * 60)
+        allocator = 256 * 1024    # what it may keep for itself
+        self.assert_stays_as_large(process, device, minute.tobytes(), 30, 1, 24 * 60, allocator)
 
 
 if __name__ == "__main__":
