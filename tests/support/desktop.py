@@ -104,8 +104,12 @@ class Application:
 
     def __exit__(self, *_):
         if self.process.poll() is None:
-            self.process.kill()
-            self.process.wait()
+            self.process.terminate()
+            try:
+                self.process.wait(3)
+            except subprocess.TimeoutExpired:
+                self.process.kill()
+                self.process.wait()
 
     def lines(self):
         """The console's complete lines so far."""
