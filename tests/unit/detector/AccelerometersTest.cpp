@@ -2,6 +2,9 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <poll.h>
+
+#include <filesystem>
 
 #include "detector/program/SensorSource.h"
 #include "tests/support/TemporaryFolder.h"
@@ -10,6 +13,8 @@ namespace bonkora::detector {
 
 namespace {
 
+using testing::ElementsAre;
+using testing::FloatNear;
 using testing::HasSubstr;
 
 // A folder of files that looks like the kernel's.
@@ -33,6 +38,16 @@ class AccelerometersTest : public testing::Test {
         if (!rate.empty()) {
             write(device + "sampling_frequency", rate);
         }
+    }
+
+    // The sensor's next reading, which its own clock gives.
+    static Frame nextReading(Sensor& sensor) {
+        pollfd news{sensor.descriptor(), POLLIN, 0};
+        std::vector<Frame> frames;
+        if (::poll(&news, 1, 5000) == 1) {
+            sensor.read(frames);
+        }
+        return frames.empty() ? Frame{} : frames.front();
     }
 
     const test::TemporaryFolder folder;
@@ -61,6 +76,41 @@ TEST_F(AccelerometersTest, polledReadingsAreInG) {
     auto opened = openPolled(findAccelerometers(roots).at(0));
     ASSERT_EQ(opened.index(), 0U) << std::get<1>(opened);
     EXPECT_EQ(std::get<0>(opened)->description().rate, 400.0);
+    EXPECT_THAT(
+        nextReading(*std::get<0>(opened)),
+        ElementsAre(FloatNear(0.1F, 1e-4F), FloatNear(-0.05F, 1e-4F), FloatNear(1.0F, 1e-4F)));
+}
+
+TEST_F(AccelerometersTest, positionFilesAreReadInTheirOwnUnits) {
+    write("devices/platform/lis3lv02d/position", "(100,-50,1000)");
+    write("devices/platform/lis3lv02d/rate", "400");
+    auto opened = openPolled(findAccelerometers(roots).at(0));
+    ASSERT_EQ(opened.index(), 0U) << std::get<1>(opened);
+    EXPECT_EQ(std::get<0>(opened)->description().rate, 400.0);
+    EXPECT_THAT(
+        nextReading(*std::get<0>(opened)),
+        ElementsAre(FloatNear(0.1F, 1e-4F), FloatNear(-0.05F, 1e-4F), FloatNear(1.0F, 1e-4F)));
+}
+
+TEST_F(AccelerometersTest, positionFilesThatMakeNoSenseAreRefused) {
+    for (const char* const text : {"", "1,2,3", "(1,2)", "(1,2,much)", "(1,2,3", "()"}) {
+        write("devices/platform/lis3lv02d/position", text);
+        const auto opened = openPolled(findAccelerometers(roots).at(0));
+        ASSERT_EQ(opened.index(), 1U) << text;
+        EXPECT_THAT(std::get<1>(opened), HasSubstr("cannot be read"));
+    }
+}
+
+TEST_F(AccelerometersTest, onePositionFileThatVanishesIsALostSensor) {
+    write("devices/platform/lis3lv02d/position", "(0,0,1000)");
+    auto opened = openPolled(findAccelerometers(roots).at(0));
+    ASSERT_EQ(opened.index(), 0U) << std::get<1>(opened);
+    std::filesystem::remove(folder / "sys/devices/platform/lis3lv02d/position");
+    Sensor& sensor = *std::get<0>(opened);
+    pollfd news{sensor.descriptor(), POLLIN, 0};
+    ASSERT_EQ(::poll(&news, 1, 5000), 1);
+    std::vector<Frame> frames;
+    EXPECT_EQ(sensor.read(frames).kind, SensorState::Kind::lost);
 }
 
 TEST_F(AccelerometersTest, theFastestUsefulRateIsSetAndGivenBack) {
