@@ -27,6 +27,7 @@ MenuBarExtra::MenuBarExtra(MenuBarScene theScene, const PanelEnvironment& theEnv
     hostGrace.setSingleShot(true);
     hostGrace.setInterval(hostGraceMilliseconds);
     connect(&hostGrace, &QTimer::timeout, this, &MenuBarExtra::showPlainWindow);
+    connect(&screens, &ScreenWatch::changed, this, &MenuBarExtra::followScreens);
     connect(&hosts, &MenuBarHosts::changed, this, &MenuBarExtra::followHosts);
     followHosts();
 }
@@ -73,10 +74,7 @@ void MenuBarExtra::showPlainWindow() {
     }
     PanelWindow* window = makePanel(PanelWindow::Style::plain);
     connect(window, &PanelWindow::closed, this, environment.terminate);
-    const QRect available = QGuiApplication::primaryScreen()->availableGeometry();
-    QRect place(QPoint(), scene.contentSize.boundedTo(available.size()));
-    place.moveCenter(available.center());
-    window->open(place);
+    window->open(placeInTheMiddle());
 }
 
 void MenuBarExtra::refreshLabel() {
@@ -89,7 +87,7 @@ void MenuBarExtra::openPanel() {
     if (panel) {
         panel->raiseToFront();
     } else if (item) {
-        open(item->geometry().center());
+        makePanel(PanelWindow::Style::dropDown)->open(placeBeside(item->geometry().center()));
     }
 }
 
@@ -101,18 +99,42 @@ void MenuBarExtra::click(const QPoint& reported) {
             panel->close();
         }
     } else if (!sinceClosed.isValid() || sinceClosed.elapsed() >= closedMilliseconds) {
-        open(windowSystem::clickPosition(reported));
+        makePanel(PanelWindow::Style::dropDown)
+            ->open(placeBeside(windowSystem::clickPosition(reported)));
     }
 }
 
-void MenuBarExtra::open(const QPoint& click) {
+void MenuBarExtra::followScreens() {
+    if (!panel) {
+        return;
+    }
+    if (panel->style() == PanelWindow::Style::plain) {
+        panel->moveTo(placeInTheMiddle());
+    } else if (item) {
+        const QRect reported = item->geometry();
+        panel->moveTo(placeBeside(reported.isEmpty()
+                                      ? panelPlacement::followScreen(lastClick, clickedScreen,
+                                                                     panel->screen()->geometry())
+                                      : reported.center()));
+    }
+}
+
+QRect MenuBarExtra::placeBeside(const QPoint& click) {
     QScreen* screen = QGuiApplication::screenAt(click);
     screen = screen != nullptr ? screen : QGuiApplication::primaryScreen();
-    const QRect whole = screen->geometry();
-    const auto clicked = panelPlacement::itemRectangle(click, item->geometry(), whole);
-    makePanel(PanelWindow::Style::dropDown)
-        ->open(panelPlacement::panelRectangle(scene.contentSize, clicked, whole,
-                                              screen->availableGeometry()));
+    lastClick = click;
+    clickedScreen = screen->geometry();
+    const QRect available = screen->availableGeometry();
+    const auto clicked =
+        panelPlacement::itemRectangle(click, item->geometry(), clickedScreen, available);
+    return panelPlacement::panelRectangle(scene.contentSize, clicked, clickedScreen, available);
+}
+
+QRect MenuBarExtra::placeInTheMiddle() const {
+    const QRect available = QGuiApplication::primaryScreen()->availableGeometry();
+    QRect place(QPoint(), scene.contentSize.boundedTo(available.size()));
+    place.moveCenter(available.center());
+    return place;
 }
 
 PanelWindow* MenuBarExtra::makePanel(PanelWindow::Style style) {

@@ -12,6 +12,7 @@
 #include "app/MenuBarItem.h"
 #include "app/MenuBarScene.h"
 #include "app/PanelWindow.h"
+#include "app/ScreenWatch.h"
 #include "ui/Observation.h"
 
 namespace bonkora {
@@ -32,7 +33,9 @@ class MenuBarExtra final : public QObject {
     void showPlainWindow();
     void refreshLabel();
     void click(const QPoint& reported);
-    void open(const QPoint& click);
+    void followScreens();
+    QRect placeBeside(const QPoint& click);
+    QRect placeInTheMiddle() const;
     PanelWindow* makePanel(PanelWindow::Style style);
 
     const MenuBarScene scene;
@@ -40,6 +43,9 @@ class MenuBarExtra final : public QObject {
     MenuBarHosts hosts;
     std::unique_ptr<MenuBarItem> item;
     QPointer<PanelWindow> panel;
+    QPoint lastClick;
+    QRect clickedScreen;
+    ScreenWatch screens;
     QElapsedTimer sinceClosed;
     QTimer hostGrace;
     Observation observation{[this] { refreshLabel(); }};

@@ -1,6 +1,7 @@
 #include "app/PanelPlacement.h"
 
 #include <algorithm>
+#include <tuple>
 
 namespace bonkora::panelPlacement {
 
@@ -17,24 +18,38 @@ struct Nearest {
     int distance;
 };
 
-Nearest nearestEdge(const QPoint& point, const QRect& screen) {
-    const Nearest candidates[] = {{Edge::top, point.y() - screen.top()},
-                                  {Edge::bottom, screen.bottom() - point.y()},
-                                  {Edge::left, point.x() - screen.left()},
-                                  {Edge::right, screen.right() - point.x()}};
-    return *std::min_element(
-        std::begin(candidates), std::end(candidates),
-        [](const Nearest& one, const Nearest& other) { return one.distance < other.distance; });
+// The edge whose bar the point is most likely in: one that keeps room for a bar there, else the top
+// or bottom if near, since bars at the sides are rare, else just the nearest.
+Nearest barEdge(const QPoint& point, const QRect& screen, const QRect& available) {
+    struct Candidate {
+        Nearest nearest;
+        bool isKept;
+        bool isUsual;
+
+        auto rank() const { return std::tuple(!isKept, !isUsual, nearest.distance); }
+    };
+    const int above = point.y() - screen.top();
+    const int below = screen.bottom() - point.y();
+    const Candidate candidates[] = {
+        {{Edge::top, above}, point.y() < available.top(), above <= thickestBar},
+        {{Edge::bottom, below}, point.y() > available.bottom(), below <= thickestBar},
+        {{Edge::left, point.x() - screen.left()}, point.x() < available.left(), false},
+        {{Edge::right, screen.right() - point.x()}, point.x() > available.right(), false}};
+    return std::min_element(std::begin(candidates), std::end(candidates),
+                            [](const Candidate& one, const Candidate& other) {
+                                return one.rank() < other.rank();
+                            })
+        ->nearest;
 }
 
 }  // namespace
 
-std::optional<QRect> itemRectangle(const QPoint& click, const QRect& reported,
-                                   const QRect& screen) {
+std::optional<QRect> itemRectangle(const QPoint& click, const QRect& reported, const QRect& screen,
+                                   const QRect& available) {
     if (reported.contains(click) && reported.height() <= thickestBar) {
         return reported;
     }
-    const Nearest nearest = nearestEdge(click, screen);
+    const Nearest nearest = barEdge(click, screen, available);
     if (!screen.contains(click) || nearest.distance > thickestBar) {
         return std::nullopt;
     }
@@ -64,7 +79,7 @@ QRect panelRectangle(const QSize& wanted, const std::optional<QRect>& item, cons
     QRect panel(QPoint(0, 0), wanted.boundedTo(room.size()));
     if (item) {
         panel.moveCenter(item->center());
-        switch (nearestEdge(item->center(), screen).edge) {
+        switch (barEdge(item->center(), screen, available).edge) {
             case Edge::top:
                 panel.moveTop(item->bottom() + 1 + gap);
                 break;
@@ -89,6 +104,14 @@ QRect panelRectangle(const QSize& wanted, const std::optional<QRect>& item, cons
     panel.moveLeft(std::clamp(panel.left(), room.left(), room.right() + 1 - panel.width()));
     panel.moveTop(std::clamp(panel.top(), room.top(), room.bottom() + 1 - panel.height()));
     return panel;
+}
+
+QPoint followScreen(const QPoint& click, const QRect& before, const QRect& after) {
+    const QPoint middle = before.center();
+    return {click.x() > middle.x() ? after.right() - (before.right() - click.x())
+                                   : after.left() + (click.x() - before.left()),
+            click.y() > middle.y() ? after.bottom() - (before.bottom() - click.y())
+                                   : after.top() + (click.y() - before.top())};
 }
 
 }  // namespace bonkora::panelPlacement

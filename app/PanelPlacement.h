@@ -11,12 +11,18 @@ namespace bonkora::panelPlacement {
 
 // The rectangle of the item that was clicked at `click`. `reported` is believed only if it is at
 // most 64 high and holds the click; otherwise the item is taken to be as thick as a bar that has
-// the click in its middle. Nothing for a click that is in no bar.
-std::optional<QRect> itemRectangle(const QPoint& click, const QRect& reported, const QRect& screen);
+// the click in its middle. Nothing for a click that is in no bar. What of `screen` is not
+// `available` is taken by bars, which tells whose end an item in a corner is at.
+std::optional<QRect> itemRectangle(const QPoint& click, const QRect& reported, const QRect& screen,
+                                   const QRect& available);
 
 // The panel's place for that item; for none, the corner in which bars keep their items. A panel
 // that is higher than the screen has room for is lower by what is missing.
 QRect panelRectangle(const QSize& wanted, const std::optional<QRect>& item, const QRect& screen,
                      const QRect& available);
+
+// Where the item that was clicked at `click` is, now that its screen was `before` and is `after`:
+// bars keep their items as far from the nearer edges as they were.
+QPoint followScreen(const QPoint& click, const QRect& before, const QRect& after);
 
 }  // namespace bonkora::panelPlacement

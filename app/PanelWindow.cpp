@@ -54,8 +54,7 @@ PanelWindow::PanelWindow(std::unique_ptr<QWidget> theContent, Style style)
 }
 
 void PanelWindow::open(const QRect& place) {
-    setFixedSize(place.size());
-    move(place.topLeft());
+    moveTo(place);
     show();
     sinceOpened.start();
     raiseToFront();
@@ -63,6 +62,11 @@ void PanelWindow::open(const QRect& place) {
         windowHandle()->installEventFilter(this);
         grabPointer();
     }
+}
+
+void PanelWindow::moveTo(const QRect& place) {
+    setFixedSize(place.size());
+    move(place.topLeft());
 }
 
 void PanelWindow::raiseToFront() {

@@ -23,6 +23,7 @@ class PanelWindow final : public QWidget {
 
     Style style() const { return panelStyle; }
     void open(const QRect& place);
+    void moveTo(const QRect& place);
     // Brings it to the front, or the dialog that it waits for.
     void raiseToFront();
     // False for a quarter of a second after it has opened: presses in that time belong to the click

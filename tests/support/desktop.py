@@ -221,6 +221,14 @@ class Application:
                 continue
         raise Missed("no panel after four clicks")
 
+    def panelBox(self):
+        """Of the open panel on the screen: x, y, width, height; nothing if it is not open."""
+        for role, name, accessible in self.elements():
+            if name == "Bonkora" and role != "label":
+                box = accessible.get_extents(Atspi.CoordType.SCREEN)
+                return box.x, box.y, box.width, box.height
+        return None
+
     def press(self, role, name):
         """Does what the element's first action says: presses, toggles, selects."""
         element = self.find(role, name)
@@ -254,3 +262,13 @@ def centre(accessible):
 
 def screenshot(path):
     subprocess.run(["import", "-silent", "-window", "root", str(path)], check=True)
+
+
+def setScreenSize(width, height):
+    """Gives the screen another size, no larger than that with which it was started."""
+    mode = f"{width}x{height}"
+    if mode not in subprocess.check_output(["xrandr"], text=True):
+        lines = [str(n) for n in (60, *[width] * 4, *[height] * 4)]
+        subprocess.run(["xrandr", "--newmode", mode, *lines], check=True)
+        subprocess.run(["xrandr", "--addmode", "screen", mode], check=True)
+    subprocess.run(["xrandr", "--output", "screen", "--mode", mode], check=True)

@@ -88,12 +88,45 @@ class MenuBar(unittest.TestCase):
 
     def testItHangsBelowTheBarInsideTheScreen(self):
         self.launch().openPanel()
-        frame = next(a for r, n, a in self.app.elements() if n == "Bonkora" and r != "label")
-        box = frame.get_extents(desktop.Atspi.CoordType.SCREEN)
-        self.assertEqual((box.width, box.height), (340, 520))
-        self.assertGreaterEqual(box.y, 24)
-        self.assertLess(box.y, 40)
-        self.assertLessEqual(box.x + box.width, 1280)
+        left, top, width, height = self.app.panelBox()
+        self.assertEqual((width, height), (340, 520))
+        self.assertIn(top, range(24, 40))
+        self.assertLessEqual(left + width, 1280)
+
+    def assertItIsBeneathTheItem(self, screenWidth, screenHeight):
+        def isThere():
+            # An item that is moving with its tray may be gone for a moment.
+            window, box = self.app.trayWindow(), self.app.panelBox()
+            if not window or not box:
+                return False
+            item = dict(line.split("=") for line in desktop.xdotool(
+                "getwindowgeometry", "--shell", window, check=False).split())
+            middle = int(item["X"]) + int(item["WIDTH"]) // 2 if item else -1
+            left, top, width, height = box
+            return (screenWidth - 120 < middle < screenWidth and
+                    left <= middle < left + width <= screenWidth and
+                    24 <= top < 40 and top + height <= screenHeight)
+        desktop.waitFor(isThere, f"the panel beneath the item in {screenWidth} by {screenHeight}")
+
+    def testItFollowsItsItemOnAScreenThatChanges(self):
+        self.addCleanup(desktop.setScreenSize, 1280, 800)
+        self.launch().openPanel()
+        for width, height in ((1024, 768), (640, 480), (1280, 800)):
+            desktop.setScreenSize(width, height)
+            self.assertItIsBeneathTheItem(width, height)
+        self.assertEqual(self.app.panelBox()[2:], (340, 520))
+
+    def testItOpensInTheRightPlaceAfterAChangeOfTheScreenWhileClosed(self):
+        self.addCleanup(desktop.setScreenSize, 1280, 800)
+        self.launch().openPanel()
+        time.sleep(SETTLE)
+        desktop.xdotool("key", "Escape")
+        self.app.waitUntilGone("push button", "Quit")
+        desktop.setScreenSize(800, 600)
+        time.sleep(SETTLE)
+        self.app.openPanel()
+        self.assertItIsBeneathTheItem(800, 600)
+        self.assertEqual(self.app.complaints(), [])
 
     def testTheFolderChooserKeepsThePanelOpen(self):
         self.launch().openPanel()

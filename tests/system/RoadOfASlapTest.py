@@ -123,6 +123,25 @@ class RoadOfASlap(unittest.TestCase):
         self.app.openPanel()
         self.assertIn(str(KNOCKS), self.app.labels())
 
+    def testKnocksWhileTheApplicationIsSuspendedAreCountedWhenItGoesOn(self):
+        before = self.start()
+        self.app.waitForLine("👋 Slap #1 ", after=before)
+        os.kill(self.app.pid, signal.SIGSTOP)
+        time.sleep(KNOCKS + SLACK)
+        suspended = self.app.lines()[before:]
+        self.assertLess(sum(line.startswith("👋") for line in suspended), KNOCKS)
+        os.kill(self.app.pid, signal.SIGCONT)
+        self.app.waitForLine(f"👋 Slap #{KNOCKS} ", SLACK, after=before)
+        numbers = [line.split()[2] for line in self.app.lines()[before:] if line.startswith("👋")]
+        self.assertEqual(numbers, [f"#{n}" for n in range(1, KNOCKS + 1)])
+        desktop.waitFor(lambda: str(KNOCKS) in self.app.labels(), "the count in the panel")
+        self.app.click()
+        self.app.waitUntilGone("push button", "Quit")
+        time.sleep(GONE)
+        self.app.openPanel()
+        self.stop()
+        self.assertEqual(self.app.complaints(), [])
+
 
 if __name__ == "__main__":
     unittest.main()

@@ -2,6 +2,7 @@
 
 #include <QTest>
 
+using bonkora::panelPlacement::followScreen;
 using bonkora::panelPlacement::itemRectangle;
 using bonkora::panelPlacement::panelRectangle;
 
@@ -11,7 +12,8 @@ const QRect screen(0, 0, 1280, 800);
 const QSize panelSize(340, 520);
 
 QRect placed(const QPoint& click, const QRect& reported, const QRect& available) {
-    return panelRectangle(panelSize, itemRectangle(click, reported, screen), screen, available);
+    return panelRectangle(panelSize, itemRectangle(click, reported, screen, available), screen,
+                          available);
 }
 
 }  // namespace
@@ -39,6 +41,15 @@ class PanelPlacementTest final : public QObject {
         QVERIFY(right.right() < 1280 - 32 && right.right() >= 1280 - 40);
     }
 
+    void inACornerTheBarThatKeepsRoomDecides() {
+        QCOMPARE(placed({1270, 14}, {}, screen.adjusted(0, 29, 0, 0)).topRight(), QPoint(1275, 33));
+        QCOMPARE(placed({1270, 790}, {}, screen.adjusted(0, 0, 0, -29)).bottomRight(),
+                 QPoint(1275, 766));
+        QCOMPARE(placed({1270, 6}, {}, screen.adjusted(0, 0, -29, 0)).topRight(), QPoint(1246, 4));
+        // Where none keeps room it is taken to be at the top or bottom.
+        QCOMPARE(placed({1270, 14}, {}, screen).topRight(), QPoint(1275, 32));
+    }
+
     void insideTheScreenInEveryCorner() {
         for (const int x : {2, 640, 1277}) {
             for (const int y : {2, 797}) {
@@ -51,21 +62,21 @@ class PanelPlacementTest final : public QObject {
         // A click 12 pixels from the edge: a bar of 24.
         QVERIFY(placed({640, 12}, {}, screen).top() >= 24);
         // At the very edge a thin bar is assumed, in the middle of a thick one no more than 64.
-        QCOMPARE(itemRectangle({640, 0}, {}, screen)->height(), 24);
-        QCOMPARE(itemRectangle({640, 40}, {}, screen)->height(), 64);
+        QCOMPARE(itemRectangle({640, 0}, {}, screen, screen)->height(), 24);
+        QCOMPARE(itemRectangle({640, 40}, {}, screen, screen)->height(), 64);
     }
 
     void aReportedRectangleIsBelievedOnlyIfItHoldsTheClickAndIsNoHigherThanABar() {
         const QRect honest(600, 0, 90, 30);
-        QCOMPARE(itemRectangle({610, 10}, honest, screen), honest);
-        QVERIFY(itemRectangle({10, 10}, honest, screen) != honest);
+        QCOMPARE(itemRectangle({610, 10}, honest, screen, screen), honest);
+        QVERIFY(itemRectangle({10, 10}, honest, screen, screen) != honest);
         const QRect wholeScreen(0, 0, 1280, 800);
-        QVERIFY(itemRectangle({610, 10}, wholeScreen, screen) != wholeScreen);
+        QVERIFY(itemRectangle({610, 10}, wholeScreen, screen, screen) != wholeScreen);
     }
 
     void aClickInNoBarGivesTheCornerWhereBarsKeepTheirItems() {
-        QVERIFY(!itemRectangle({640, 400}, {}, screen));
-        QVERIFY(!itemRectangle({5000, 0}, {}, screen));
+        QVERIFY(!itemRectangle({640, 400}, {}, screen, screen));
+        QVERIFY(!itemRectangle({5000, 0}, {}, screen, screen));
         const QRect barAbove = screen.adjusted(0, 24, 0, 0);
         QCOMPARE(panelRectangle(panelSize, {}, screen, barAbove).topRight(), QPoint(1275, 28));
         const QRect barBelow = screen.adjusted(0, 0, 0, -24);
@@ -81,8 +92,17 @@ class PanelPlacementTest final : public QObject {
 
     void aSecondScreenKeepsItsPanel() {
         const QRect second(1280, 0, 1920, 1080);
-        const auto item = itemRectangle({3190, 5}, {}, second);
+        const auto item = itemRectangle({3190, 5}, {}, second, second);
         QVERIFY(second.contains(panelRectangle(panelSize, item, second, second)));
+    }
+
+    void aClickFollowsTheNearerEdgesOfAScreenThatChanges() {
+        const QRect smaller(0, 0, 1024, 768);
+        QCOMPARE(followScreen({1270, 12}, screen, smaller), QPoint(1014, 12));
+        QCOMPARE(followScreen({30, 790}, screen, smaller), QPoint(30, 758));
+        const QRect elsewhere(1920, 100, 1280, 800);
+        QCOMPARE(followScreen({1270, 12}, screen, elsewhere), QPoint(3190, 112));
+        QCOMPARE(followScreen({1270, 12}, screen, screen), QPoint(1270, 12));
     }
 };
 
