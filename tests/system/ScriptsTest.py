@@ -2,6 +2,8 @@
 
 import os
 import pathlib
+import re
+import struct
 import subprocess
 import tempfile
 import unittest
@@ -76,6 +78,44 @@ class MakeRecording(unittest.TestCase):
         starts = [t for n, t in enumerate(loud) if n == 0 or t - loud[n - 1] > 0.5]
         self.assertEqual([round(t) for t in starts], [2, 3, 4])
         self.assertLess(max(map(abs, samples[:2 * rate])), 300)
+
+
+class MacIcon(unittest.TestCase):
+    KEPT = ROOT / "Resources" / "Bonkora.icns"
+
+    def pictures(self, path):
+        """Kind -> PNG of every picture in the file."""
+        content = path.read_bytes()
+        self.assertEqual(struct.unpack(">4sI", content[:8]), (b"icns", len(content)))
+        found, place = {}, 8
+        while place < len(content):
+            kind, length = struct.unpack(">4sI", content[place:place + 8])
+            found[kind] = content[place + 8:place + length]
+            place += length
+        self.assertEqual(place, len(content))
+        return found
+
+    def testTheKeptOneShowsTheDrawingInEverySize(self):
+        folder = pathlib.Path(self.enterContext(tempfile.TemporaryDirectory()))
+        fresh = folder / "fresh.icns"
+        self.assertEqual(run(ROOT / "scripts" / "make-icns", fresh).returncode, 0)
+        kept, made = self.pictures(self.KEPT), self.pictures(fresh)
+        self.assertEqual(kept.keys(), made.keys())
+        for kind in kept:
+            (folder / "kept.png").write_bytes(kept[kind])
+            (folder / "made.png").write_bytes(made[kind])
+            # Not the same bytes: another version of the renderer smooths edges otherwise.
+            compared = run("compare", "-metric", "RMSE", folder / "kept.png",
+                           folder / "made.png", "null:")
+            difference = re.search(r"\(([0-9.e-]+)\)", compared.stderr)
+            self.assertLess(float(difference[1]), 0.01, kind)
+
+    def testItHasThePicturesOfBothKindsOfDisplay(self):
+        sizes = {kind: struct.unpack(">II", picture[16:24])
+                 for kind, picture in self.pictures(self.KEPT).items()}
+        self.assertEqual(sizes, {kind: (size, size) for kind, size in {
+            b"ic07": 128, b"ic08": 256, b"ic09": 512, b"ic10": 1024,
+            b"ic11": 32, b"ic12": 64, b"ic13": 256, b"ic14": 512}.items()})
 
 
 if __name__ == "__main__":
