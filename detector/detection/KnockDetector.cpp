@@ -86,17 +86,13 @@ void KnockDetector::filter(const Frame& frame) {
 }
 
 void KnockDetector::endBlock(std::vector<Knock>& knocks) {
-    const bool begins = settling == 0 && following == 0 && beginsKnock(block);
+    block.begins = settling == 0 && beginsKnock(block);
     settling -= settling > 0 ? 1 : 0;
     remember(block);
     block = {};
     blockFrames = 0;
-    if (begins || following > 0) {
-        ++following;
-    }
-    if (following > windowBlocks) {
+    if (past(windowBlocks).begins) {
         judge(knocks);
-        following = 0;
     }
 }
 
@@ -111,8 +107,12 @@ bool KnockDetector::beginsKnock(const Block& now) const {
 void KnockDetector::judge(std::vector<Knock>& knocks) {
     const double peak = peakBetween(windowBlocks, 0);
     const auto impact = past(windowBlocks).peakFrame;
+    if (impact < knownUntil || !isKnock(peak)) {
+        return;
+    }
     heldPeak = peak;
-    if (impact >= quietUntil && isKnock(peak)) {
+    knownUntil = frameCount;
+    if (impact >= quietUntil) {
         knocks.push_back({impact, frameCount - 1, peak});
         quietUntil = impact + cooldownFrames;
     }

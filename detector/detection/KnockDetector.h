@@ -45,6 +45,7 @@ class KnockDetector {
         double mid = 0.0;
         double click = 0.0;
         std::uint64_t peakFrame = 0;
+        bool begins = false;  // perhaps a knock
     };
     void filter(const Frame& frame);
     void endBlock(std::vector<Knock>& knocks);
@@ -80,8 +81,8 @@ class KnockDetector {
     std::size_t newest = 0;
     std::size_t settling;          // blocks until the first candidate
     double ambientEnergy = 0.0;    // mean square of the signal's past
-    double heldPeak = 0.0;         // of the last candidate, fading
-    std::size_t following = 0;     // blocks of the impact that is being looked at
+    double heldPeak = 0.0;         // of the last knock, fading
+    std::uint64_t knownUntil = 0;  // frame; what begins before is part of the last knock
     std::uint64_t quietUntil = 0;  // frame
 };
 

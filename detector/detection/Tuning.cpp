@@ -14,7 +14,7 @@ Tuning tuningFor(SensorKind kind, double rate) {
                 .lookBack = 0.025,
                 .riseFactor = 3.2,
                 .ambientTime = 0.4,
-                .ambientFactor = 6.3,
+                .ambientFactor = 5.0,
                 .holdTime = 0.08};
     }
     // Slow sensors see a knock in two or three readings.
@@ -40,7 +40,7 @@ double scoreOf(const Evidence& evidence) {
     const double lingering =
         std::clamp(decades(evidence.lateClick, evidence.earlyClick), -1.0, 1.0);
     const double suddenness = std::clamp(decades(evidence.peak, evidence.before), 0.0, 1.5);
-    return 10.0 * strength + 14.0 * depth - 6.0 * lingering + 6.0 * suddenness - 9.5;
+    return 10.0 * strength + 14.0 * depth - 6.0 * lingering + 6.0 * suddenness - 11.0;
 }
 
 }  // namespace bonkora::detector
