@@ -23,8 +23,9 @@ class HoursOfSoundTest(DetectorCase):
         for i, value in enumerate(knock(0.5)):
             piece[RATE // 8 + i] += value
         # Three buffers grow to the longest wait for the processor that there has been, up to the
-        # second that is kept unread: twice a number, and once a reading of three.
-        buffers = RATE * (4 + 4 + 12) + 256 * 1024
+        # second that is kept unread: twice a number, and once a reading of three; a buffer may
+        # hold twice what it needs. Two bytes lost with each 256 samples would be more.
+        buffers = 2 * RATE * (4 + 4 + 12)
         self.assert_stays_as_large(process, device, piece.tobytes(), 1, 120, 2 * 3600 * 2, buffers)
 
 
