@@ -56,7 +56,7 @@ class VirtualDesktop(unittest.TestCase):
     def testTwiceTheScaleIsTwiceThePixels(self):
         done = run("--size", "300x200", "--scale", "2", "sh", "-c",
                    "xdotool getdisplaygeometry; echo $QT_SCALE_FACTOR")
-        self.assertEqual(done.stdout, "600 400\n2\n")
+        self.assertEqual(done.stdout, "600 400\n2\n", done.stderr)
 
     def testFoldersAreItsOwnAndGoneAfterwards(self):
         names = ("HOME", "XDG_RUNTIME_DIR", "XDG_CONFIG_HOME", "XDG_CACHE_HOME", "XDG_DATA_HOME")
