@@ -17,6 +17,10 @@ using testing::ElementsAre;
 using testing::FloatNear;
 using testing::HasSubstr;
 
+// What both kinds of files say below, each in its own unit.
+const auto tiltedAndInG =
+    ElementsAre(FloatNear(0.1F, 1e-4F), FloatNear(-0.05F, 1e-4F), FloatNear(1.0F, 1e-4F));
+
 // A folder of files that looks like the kernel's.
 class AccelerometersTest : public testing::Test {
   protected:
@@ -76,9 +80,7 @@ TEST_F(AccelerometersTest, polledReadingsAreInG) {
     auto opened = openPolled(findAccelerometers(roots).at(0));
     ASSERT_EQ(opened.index(), 0U) << std::get<1>(opened);
     EXPECT_EQ(std::get<0>(opened)->description().rate, 400.0);
-    EXPECT_THAT(
-        nextReading(*std::get<0>(opened)),
-        ElementsAre(FloatNear(0.1F, 1e-4F), FloatNear(-0.05F, 1e-4F), FloatNear(1.0F, 1e-4F)));
+    EXPECT_THAT(nextReading(*std::get<0>(opened)), tiltedAndInG);
 }
 
 TEST_F(AccelerometersTest, positionFilesAreReadInTheirOwnUnits) {
@@ -87,9 +89,7 @@ TEST_F(AccelerometersTest, positionFilesAreReadInTheirOwnUnits) {
     auto opened = openPolled(findAccelerometers(roots).at(0));
     ASSERT_EQ(opened.index(), 0U) << std::get<1>(opened);
     EXPECT_EQ(std::get<0>(opened)->description().rate, 400.0);
-    EXPECT_THAT(
-        nextReading(*std::get<0>(opened)),
-        ElementsAre(FloatNear(0.1F, 1e-4F), FloatNear(-0.05F, 1e-4F), FloatNear(1.0F, 1e-4F)));
+    EXPECT_THAT(nextReading(*std::get<0>(opened)), tiltedAndInG);
 }
 
 TEST_F(AccelerometersTest, positionFilesThatMakeNoSenseAreRefused) {
