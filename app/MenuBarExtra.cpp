@@ -16,6 +16,9 @@ namespace {
 constexpr int closedMilliseconds = 300;
 // At the start of a session the bar may come after us, and one that died may come back.
 constexpr int hostGraceMilliseconds = 1000;
+// A panel with an open dialog stays: the dialog's loop would return into what is gone. It is asked
+// again after this time.
+constexpr int occupiedMilliseconds = 250;
 
 }  // namespace
 
@@ -59,13 +62,29 @@ void MenuBarExtra::takeItem(MenuBarHosts::Kind kind) {
     item = MenuBarHosts::makeItem(kind);
     connect(item.get(), &MenuBarItem::clicked, this, &MenuBarExtra::click);
     refreshLabel();
-    if (panel && panel->style() == PanelWindow::Style::plain) {
-        panel->disconnect(this);  // goes because it is needed no more: not the user's wish to leave
-        panel->close();
+    leavePlainWindow();
+}
+
+void MenuBarExtra::leavePlainWindow() {
+    if (!item || !panel || panel->style() != PanelWindow::Style::plain) {
+        return;
     }
+    if (PanelWindow::isOccupied()) {
+        QTimer::singleShot(occupiedMilliseconds, this, &MenuBarExtra::leavePlainWindow);
+        return;
+    }
+    panel->disconnect(this);  // goes because it is needed no more: not the user's wish to leave
+    panel->close();
 }
 
 void MenuBarExtra::showPlainWindow() {
+    if (panel && panel->style() == PanelWindow::Style::plain) {
+        return;
+    }
+    if (panel && PanelWindow::isOccupied()) {
+        hostGrace.start();
+        return;
+    }
     qWarning(
         "bonkora: this desktop has no menu bar or tray to show an item in;"
         " the panel is a window until there is one");
@@ -87,7 +106,9 @@ void MenuBarExtra::openPanel() {
     if (panel) {
         panel->raiseToFront();
     } else if (item) {
-        makePanel(PanelWindow::Style::dropDown)->open(placeBeside(item->geometry().center()));
+        const QScreen* screen = QGuiApplication::screenAt(clickedScreen.center());
+        screen = screen != nullptr ? screen : QGuiApplication::primaryScreen();
+        makePanel(PanelWindow::Style::dropDown)->open(placeBesideItem(*screen));
     }
 }
 
@@ -111,12 +132,21 @@ void MenuBarExtra::followScreens() {
     if (panel->style() == PanelWindow::Style::plain) {
         panel->moveTo(placeInTheMiddle());
     } else if (item) {
-        const QRect reported = item->geometry();
-        panel->moveTo(placeBeside(reported.isEmpty()
-                                      ? panelPlacement::followScreen(lastClick, clickedScreen,
-                                                                     panel->screen()->geometry())
-                                      : reported.center()));
+        panel->moveTo(placeBesideItem(*panel->screen()));
     }
+}
+
+// Most bars tell the item's place only by a click on it.
+QRect MenuBarExtra::placeBesideItem(const QScreen& screen) {
+    if (const QRect reported = item->geometry(); !reported.isEmpty()) {
+        return placeBeside(reported.center());
+    }
+    if (lastClick) {
+        return placeBeside(
+            panelPlacement::followScreen(*lastClick, clickedScreen, screen.geometry()));
+    }
+    return panelPlacement::panelRectangle(scene.contentSize, std::nullopt, screen.geometry(),
+                                          screen.availableGeometry());
 }
 
 QRect MenuBarExtra::placeBeside(const QPoint& click) {

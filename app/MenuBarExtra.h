@@ -7,6 +7,7 @@
 #include <QPointer>
 #include <QTimer>
 #include <memory>
+#include <optional>
 
 #include "app/MenuBarHosts.h"
 #include "app/MenuBarItem.h"
@@ -31,10 +32,12 @@ class MenuBarExtra final : public QObject {
     void followHosts();
     void takeItem(MenuBarHosts::Kind kind);
     void showPlainWindow();
+    void leavePlainWindow();
     void refreshLabel();
     void click(const QPoint& reported);
     void followScreens();
     QRect placeBeside(const QPoint& click);
+    QRect placeBesideItem(const QScreen& screen);
     QRect placeInTheMiddle() const;
     PanelWindow* makePanel(PanelWindow::Style style);
 
@@ -43,7 +46,7 @@ class MenuBarExtra final : public QObject {
     MenuBarHosts hosts;
     std::unique_ptr<MenuBarItem> item;
     QPointer<PanelWindow> panel;
-    QPoint lastClick;
+    std::optional<QPoint> lastClick;
     QRect clickedScreen;
     ScreenWatch screens;
     QElapsedTimer sinceClosed;

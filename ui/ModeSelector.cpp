@@ -72,13 +72,17 @@ void ModeSelector::moveFocus(std::size_t from, int steps) {
 }
 
 void ModeSelector::browse() {
-    QFileDialog chooser(window());
-    chooser.setFileMode(QFileDialog::Directory);
-    chooser.setOption(QFileDialog::ShowDirsOnly);
-    const QPointer<ModeSelector> self(this);
-    const bool isChosen = chooser.exec() == QDialog::Accepted && !chooser.selectedFiles().isEmpty();
-    if (self && isChosen) {
-        spankWrapper.customSoundPath = chooser.selectedFiles().constFirst().toStdString();
+    // Goes with the panel, if that goes first.
+    const QPointer<QFileDialog> chooser = new QFileDialog(window());
+    chooser->setFileMode(QFileDialog::Directory);
+    chooser->setOption(QFileDialog::ShowDirsOnly);
+    const bool isAccepted = chooser->exec() == QDialog::Accepted;
+    if (!chooser) {
+        return;
+    }
+    chooser->deleteLater();
+    if (isAccepted && !chooser->selectedFiles().isEmpty()) {
+        spankWrapper.customSoundPath = chooser->selectedFiles().constFirst().toStdString();
     }
 }
 

@@ -190,6 +190,8 @@ class MenuBar(unittest.TestCase):
             self.app.find("push button", "Quit")
             self.app.press("push button", "Start")
             desktop.waitFor(lambda: itemProperty(item, "Title") == "Bonkora 0", "the running title")
+            self.app.press("push button", "Stop")
+            desktop.waitFor(lambda: itemProperty(item, "Title") == "Bonkora OFF", "the stopped title")
 
     def testABarThatCameBackGetsTheItemAgain(self):
         with Bar() as bar:

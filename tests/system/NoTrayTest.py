@@ -4,11 +4,26 @@ import os
 import pathlib
 import subprocess
 import tempfile
+import time
 import unittest
 
 import desktop
 
 BUNDLE = pathlib.Path(os.environ["BONKORA_BUNDLE"])
+
+GRACE = 1    # seconds without a tray before the panel is a window
+
+
+class Tray:
+    """A tray, for a with-block."""
+
+    def __enter__(self):
+        self.process = subprocess.Popen(["trayer", "--height", "24"], stdout=subprocess.DEVNULL,
+                                        stderr=subprocess.DEVNULL)
+
+    def __exit__(self, *_):
+        self.process.kill()
+        self.process.wait()
 
 
 class NoTray(unittest.TestCase):
@@ -35,16 +50,45 @@ class NoTray(unittest.TestCase):
         self.assertEqual(self.app.process.returncode, 0)
         self.assertEqual(self.app.lines(), [])
 
+    def chooseAFolder(self):
+        self.app.press("radio button", "Custom")
+        self.app.press("push button", "Browse")
+        self.app.find("push button", "Cancel")
+
+    def cancel(self):
+        """Escape, again where a window manager that was still busy lost the key."""
+        def isGone():
+            desktop.xdotool("key", "Escape")
+            time.sleep(0.5)
+            return not self.app.seek("push button", "Cancel")
+        desktop.waitFor(isGone, "no folder chooser any more")
+
     def testATrayThatAppearsGetsTheItemAndTheWindowGoes(self):
-        tray = subprocess.Popen(["trayer", "--height", "24"], stdout=subprocess.DEVNULL,
-                                stderr=subprocess.DEVNULL)
-        try:
+        with Tray():
             self.app.waitUntilGone("push button", "Quit")
             desktop.waitFor(self.app.trayWindow, "the item in the tray")
             self.app.openPanel()
-        finally:
-            tray.kill()
-            tray.wait()
+
+    def testAFolderChooserOutlivesTheComingAndTheGoingOfATray(self):
+        self.chooseAFolder()
+        with Tray():
+            desktop.waitFor(self.app.trayWindow, "the item in the tray")
+            time.sleep(GRACE)
+            self.app.find("push button", "Cancel")
+            self.cancel()
+            self.app.waitUntilGone("push button", "Quit")
+            self.app.openPanel()
+            self.chooseAFolder()
+        desktop.waitFor(lambda: not self.app.trayWindow(), "no item any more")
+        time.sleep(2 * GRACE)
+        self.app.find("push button", "Cancel")
+        self.assertEqual(self.complaints(), 1)
+        self.cancel()
+        desktop.waitFor(lambda: self.complaints() == 2, "the panel as a window again")
+        self.app.find("push button", "Quit")
+
+    def complaints(self):
+        return self.app.errors.read_text().count("no menu bar or tray")
 
 
 if __name__ == "__main__":

@@ -155,6 +155,30 @@ class StatusNotifierPanel(unittest.TestCase):
             self.assertGreater(top, y)
             self.assertGreater(colours(left, top, width, height), 2)
 
+    def startAgain(self):
+        program = BUNDLE / "Contents" / "MacOS" / "bonkora"
+        self.assertEqual(subprocess.run([program], timeout=10).returncode, 0)
+        self.app.find("push button", "Quit")
+
+    def testASecondStartOpensThePanelInTheCornerAndLaterWhereTheItemWasClicked(self):
+        with Panel() as panel:
+            self.launch()
+            x, _ = panel.pointAtItem()
+            self.startAgain()
+            self.assertEqual(self.app.panelBox(), (1280 - 344, 33, 340, 520))
+            time.sleep(SETTLE)
+            desktop.xdotool("key", "Escape")
+            self.app.waitUntilGone("push button", "Quit")
+            time.sleep(SETTLE)
+            self.assertAClickOpensThePanelBeneathTheItem(panel)
+            place = self.app.panelBox()
+            time.sleep(SETTLE)
+            desktop.xdotool("mousemove", "300", "300", "key", "Escape")
+            self.app.waitUntilGone("push button", "Quit")
+            self.startAgain()
+            self.assertEqual(self.app.panelBox(), place)
+            self.assertIn(x, range(place[0], place[0] + place[2]))
+
     def testTheItemOfAnXembedTrayMovesIntoAPanelThatComes(self):
         with Tray():
             self.launch()
