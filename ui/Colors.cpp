@@ -21,7 +21,7 @@ QColor white(int percent) {
 
 // The platform's colours. Where its own stand too near to their background to be read (less than
 // 4.5 to 1 for text, 3 to 1 for graphics), the next step that does not: secondary text at 62 %
-// instead of 50 % (light) and 55 % (dark), the gray, and the empty tracks.
+// instead of 50 % (light) and 55 % (dark), and the empty tracks.
 Colors lightColors() {
     return {.window = QColor(0xEC, 0xEC, 0xEC),
             .controlBackground = QColor(0xFF, 0xFF, 0xFF),
@@ -30,7 +30,7 @@ Colors lightColors() {
             .separator = black(10),
             .red = QColor(0xD7, 0x00, 0x15),
             .gray = QColor(0x8E, 0x8E, 0x93),
-            .track = QColor(0x8E, 0x8E, 0x93),
+            .track = QColor(0x84, 0x84, 0x89),
             .focusRing = QColor(0x00, 0x67, 0xD6),
             .hairline = black(22)};
 }
@@ -43,7 +43,7 @@ Colors darkColors() {
             .separator = white(10),
             .red = QColor(0xFF, 0x69, 0x61),
             .gray = QColor(0x98, 0x98, 0x9D),
-            .track = QColor(0x76, 0x76, 0x7B),
+            .track = QColor(0x7E, 0x7E, 0x83),
             .focusRing = QColor(0x4A, 0xA8, 0xFF),
             .hairline = white(22)};
 }

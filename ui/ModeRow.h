@@ -39,7 +39,7 @@ class ModeRow final : public Pressable {
     const ModeDisplay display;
     bool isCurrent = false;
     qreal highlighted = 0;
-    QVariantAnimation animation;
+    QVariantAnimation animation{this};
 };
 
 }  // namespace bonkora

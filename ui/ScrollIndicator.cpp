@@ -14,6 +14,7 @@ namespace {
 
 constexpr qreal inset = 2;
 constexpr qreal shortestHandle = 24;
+constexpr float atRest = 0.75F;  // of the colour
 
 }  // namespace
 
@@ -37,8 +38,8 @@ void ScrollIndicator::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
-    QColor color = palette().color(colorRole::track);
-    color.setAlphaF(isSliderDown() ? 1.0F : 0.75F);
+    QColor color = palette().color(colorRole::secondary);
+    color.setAlphaF(color.alphaF() * (isSliderDown() ? 1.0F : atRest));
     painter.setBrush(color);
     const QRectF shape = handle().adjusted(0.5, 0, -0.5, 0);
     painter.drawRoundedRect(shape, shape.width() / 2, shape.width() / 2);

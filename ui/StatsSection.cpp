@@ -30,7 +30,9 @@ StatsSection::StatsSection(SpankWrapper& wrapper, const AppStorage& total)
     auto* columns = panelLayout::padded(new QHBoxLayout(this), padding, padding);
     columns->addLayout(column(tr("Lifetime slaps"), lifetimeValue, Qt::AlignLeft));
     columns->addStretch();
-    columns->addLayout(column(tr("Session"), sessionValue, Qt::AlignRight));
+    QVBoxLayout* session = column(tr("Session"), sessionValue, Qt::AlignRight);
+    columns->addLayout(session);
+    columns->setAlignment(session, Qt::AlignVCenter);  // it is the lowest of the three
     columns->addStretch();
     columns->addLayout(column(tr("Mode"), modeSymbol, Qt::AlignRight));
 }

@@ -20,6 +20,7 @@ constexpr int sliderHeight = 20;
 constexpr int pageSteps = 10;
 constexpr int anglePerStep = 120;
 constexpr int quietMilliseconds = 500;
+constexpr QColor thumbEdge(0, 0, 0, 112);
 
 std::optional<int> stepsOf(int key, int lastTick) {
     switch (key) {
@@ -205,7 +206,7 @@ void StepSlider::paintEvent(QPaintEvent*) {
 
     const QRectF thumb(center - thumbSize / 2.0, (height() - thumbSize) / 2.0, thumbSize,
                        thumbSize);
-    painter.setPen(QPen(QColor(0, 0, 0, 70), 0.75));
+    painter.setPen(QPen(thumbEdge, 1));
     painter.setBrush(editing == Editing::none ? QColor(Qt::white) : QColor(0xF0, 0xF0, 0xF0));
     painter.drawEllipse(thumb.adjusted(0.5, 0.5, -0.5, -0.5));
     if (hasFocus() && ring.isShown()) {

@@ -71,7 +71,10 @@ class ColorsTest final : public QObject {
                 QVERIFY2(ratio >= forGraphics, qPrintable(QString::number(ratio)));
             }
             const QColor window = palette.color(colorRole::window);
-            QVERIFY(contrastRatio(palette.color(colorRole::focusRing), window) >= forGraphics);
+            for (const auto role : {colorRole::track, colorRole::focusRing}) {
+                const double ratio = contrastRatio(palette.color(role), window);
+                QVERIFY2(ratio >= forGraphics, qPrintable(QString::number(ratio)));
+            }
         }
     }
 };

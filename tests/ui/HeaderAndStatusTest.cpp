@@ -3,6 +3,19 @@
 
 using bonkora::test::Panel;
 
+namespace {
+
+// How often what it is the event filter of has been painted.
+struct PaintCount final : QObject {
+    bool eventFilter(QObject*, QEvent* event) override {
+        count += event->type() == QEvent::Paint;
+        return false;
+    }
+    int count = 0;
+};
+
+}  // namespace
+
 class HeaderAndStatusTest final : public QObject {
     Q_OBJECT
 
@@ -130,15 +143,19 @@ class HeaderAndStatusTest final : public QObject {
 
     void anyNumberOfAnnouncementsInATurnRedrawsOnce() {
         Panel panel;
+        panel.controller->statusMessage = "1000";
         panel.open();
-        QLabel* session = panel.label("0");
-        QVERIFY(session);
-        for (int count = 1; count <= 1000; ++count) {
-            panel.controller->slapCount = count;
+        QLabel* status = panel.label("1000");
+        QVERIFY(status);
+        PaintCount paints;
+        status->installEventFilter(&paints);
+        for (int count = 1001; count <= 2000; ++count) {
+            panel.controller->statusMessage = std::to_string(count);
         }
-        QCOMPARE(session->text(), "0");  // nothing is drawn inside the announcement
+        QCOMPARE(status->text(), "1000");  // nothing is drawn inside the announcement
         panel.settle();
-        QVERIFY(panel.label("1000"));
+        QCOMPARE(status->text(), "2000");
+        QCOMPARE(paints.count, 1);
     }
 
     void darkAndLightFollowTheDesktopWhileThePanelIsOpen() {

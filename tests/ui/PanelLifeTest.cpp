@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <fstream>
 
+#include "app/PanelWindow.h"
 #include "tests/support/Panel.h"
 
 using bonkora::test::Panel;
@@ -38,10 +39,15 @@ long privateMemory() {
 }
 
 void openAndClose(Panel& panel) {
-    bonkora::MenuBarContentView view(*panel.controller, panel.environment());
-    view.resize(340, 520);
-    view.show();
+    const QPointer<bonkora::PanelWindow> window = new bonkora::PanelWindow(
+        std::make_unique<bonkora::MenuBarContentView>(*panel.controller, panel.environment()),
+        bonkora::PanelWindow::Style::dropDown);
+    window->open({0, 0, 340, 520});
     Panel::settle();
+    window->close();
+    QCoreApplication::sendPostedEvents(window, QEvent::DeferredDelete);
+    Panel::settle();
+    QVERIFY(!window);
 }
 
 }  // namespace

@@ -6,14 +6,15 @@
 #include <QScrollBar>
 
 #include "tests/support/Panel.h"
+#include "ui/Colors.h"
 
 using bonkora::Mode;
 using bonkora::test::Panel;
 
 namespace {
 
-// A channel differs when it is this far off: more than antialiasing moves it.
-constexpr int channelTolerance = 40;
+// A channel differs when it is this far off: less than the faintest line or tint stands out.
+constexpr int channelTolerance = 8;
 // Pixels that may differ, of a picture at scale 1. One shifted word moves more.
 constexpr int pixelTolerance = 40;
 
@@ -164,6 +165,35 @@ class PanelPictureTest final : public QObject {
         QPainter(&cut).fillRect(word.adjusted(word.width() - word.width() / 4, 0, 0, 0),
                                 QColor(0xEC, 0xEC, 0xEC));
         QVERIFY(!looksLike(cut, picture));
+    }
+
+    void aCardATintAndADividerThatAreMissingAreSeen_data() {
+        QTest::addColumn<bool>("isDark");
+        QTest::addRow("light") << false;
+        QTest::addRow("dark") << true;
+    }
+    void aCardATintAndADividerThatAreMissingAreSeen() {
+        QFETCH(bool, isDark);
+        Panel panel;
+        const QImage picture = pictureOf(panel, ready, isDark);
+        const QPalette palette = panel.view->palette();
+        const QColor window = palette.color(bonkora::colorRole::window);
+        const QColor card = palette.color(bonkora::colorRole::controlBackground);
+        const QWidget* row = panel.row("Pain");
+        const QRgb tint = picture.pixel((row->mapTo(panel.view.get(), QPoint(4, 10)) * scale()));
+        const QColor divider =
+            bonkora::composited(palette.color(bonkora::colorRole::separator), window);
+        for (const QRgb faint : {card.rgb(), tint, divider.rgb()}) {
+            QImage without = picture;
+            for (int y = 0; y < picture.height(); ++y) {
+                for (int x = 0; x < picture.width(); ++x) {
+                    if (picture.pixel(x, y) == faint) {
+                        without.setPixelColor(x, y, window);
+                    }
+                }
+            }
+            QVERIFY2(!looksLike(without, picture), qPrintable(QColor(faint).name()));
+        }
     }
 };
 

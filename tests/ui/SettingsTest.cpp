@@ -1,3 +1,9 @@
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <limits>
+
 #include "tests/support/Panel.h"
 #include "ui/SettingsSection.h"
 
@@ -208,6 +214,36 @@ class SettingsTest final : public QObject {
         QCOMPARE(bonkora::SettingsSection::wholeMilliseconds(-1.5), -1);
         QCOMPARE(bonkora::SettingsSection::wholeMilliseconds(-9223372036854775808.0),
                  std::numeric_limits<std::int64_t>::min());
+    }
+
+    void aCooldownThatIsNoWholeNumberOfMillisecondsIsAFatalError_data() {
+        QTest::addColumn<double>("milliseconds");
+        QTest::addRow("two to the power of 63") << 9223372036854775808.0;
+        QTest::addRow("below the least") << -9223372036854777856.0;
+        QTest::addRow("infinite") << std::numeric_limits<double>::infinity();
+        QTest::addRow("no number") << std::numeric_limits<double>::quiet_NaN();
+    }
+    void aCooldownThatIsNoWholeNumberOfMillisecondsIsAFatalError() {
+        QFETCH(double, milliseconds);
+        int ends[2];
+        QCOMPARE(::pipe(ends), 0);
+        const pid_t child = ::fork();
+        if (child == 0) {
+            for (const int number : {SIGABRT, SIGSEGV}) {
+                ::signal(number, SIG_DFL);
+            }
+            ::dup2(ends[1], STDERR_FILENO);
+            bonkora::SettingsSection::wholeMilliseconds(milliseconds);
+            ::_exit(0);
+        }
+        ::close(ends[1]);
+        char text[200] = {};
+        QVERIFY(::read(ends[0], text, sizeof text - 1) > 0);
+        ::close(ends[0]);
+        int status = 0;
+        QCOMPARE(::waitpid(child, &status, 0), child);
+        QVERIFY(WIFSIGNALED(status) && WTERMSIG(status) == SIGABRT);
+        QCOMPARE(text, "Fatal error: a cooldown that is no whole number of milliseconds\n");
     }
 };
 
