@@ -11,7 +11,7 @@ int main(int, char**) {
     wanted.freq = 48000;
     wanted.format = AUDIO_F32SYS;
     wanted.channels = 1;
-    wanted.samples = 512;
+    wanted.samples = 320;
     wanted.callback = [](void*, Uint8*, int) {};
     SDL_AudioSpec obtained{};
     if (SDL_Init(SDL_INIT_AUDIO) != 0 || Mix_OpenAudioDevice(44100, AUDIO_S16SYS, 2, 512, nullptr,

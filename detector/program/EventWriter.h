@@ -9,8 +9,8 @@ namespace bonkora::detector {
 
 class EventWriter {
   public:
-    // `json`: one JSON object a line, for programs; otherwise words for people, which never contain
-    // what a user or a device has named.
+    // `json`: one JSON object a line, for programs; otherwise words for people, in which only an
+    // error says what a user or a device has named.
     EventWriter(int descriptor, bool json);
 
     void ready(std::string_view sensorKind, std::string_view sensorName);

@@ -27,7 +27,8 @@ Listens for knocks on this computer's case, reports each and answers with a soun
 
 For trying out: --sysfs DIR and --dev DIR name other folders than /sys and /dev.
 
-Configuration, read from $XDG_CONFIG_HOME/Bonkora/spank.conf (usually ~/.config/...):
+Configuration, read from ~/.config/Bonkora/spank.conf ($XDG_CONFIG_HOME counts where it is
+set; started by Bonkora it never is):
   sensor = auto         as --sensor, where the command line does not say
   device = NAME         of the accelerometer or microphone, as --list-sensors shows it
   sounds = DIR          a folder with pain, sexy and halo in place of the built-in ones

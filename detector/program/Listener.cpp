@@ -12,7 +12,7 @@ namespace bonkora::detector {
 namespace {
 
 constexpr int retryMs = 1000;        // between two looks for a sensor
-constexpr int finishingStepMs = 20;  // between two looks whether the last sound is over
+constexpr int finishingStepMs = 20;  // between two looks whether all is heard and read
 constexpr int finishingSteps = 250;  // at most 5 s of sound after a recording
 
 }  // namespace
@@ -43,6 +43,12 @@ int Listener::run() {
         isOver = isOver || writer.readerIsGone();
     }
     return status;
+}
+
+// What a slow reader has not taken yet; it may take its time, unless the program is to end.
+void Listener::deliver() {
+    while (writer.hasPending() && !writer.readerIsGone() && wait(finishingStepMs) != Wake::ending) {
+    }
 }
 
 Listener::Wake Listener::wait(int timeoutMs) {
@@ -120,6 +126,7 @@ void Listener::read() {
         lose(state.reason);
     } else if (state.kind == SensorState::Kind::ended) {
         letItFinish();
+        deliver();
         isOver = true;
     }
 }

@@ -15,7 +15,7 @@ namespace bonkora::detector {
 namespace {
 
 constexpr int sampleRate = 48000;  // samples a second
-constexpr Uint16 chunkSize = 512;  // samples: 10.7 ms; fewer would wake a listener too often
+constexpr Uint16 chunkSize = 320;  // samples: 6.7 ms; shorter ones cost more processor
 
 // The audio thread's hand: it keeps what it hears until the sensor is read.
 class Ear {

@@ -5,8 +5,11 @@
 #include <gtest/gtest.h>
 #include <sys/eventfd.h>
 
+#include <array>
+#include <chrono>
 #include <csignal>
 #include <deque>
+#include <thread>
 #include <utility>
 
 #include "platform/Pipe.h"
@@ -171,6 +174,27 @@ TEST_F(ListenerTest, aFullPipeLosesNothingAndHoldsNothingUp) {
     all += printed();
     EXPECT_EQ(std::count(all.begin(), all.end(), '\n'), lines);
     EXPECT_EQ(all.size(), lines * std::string{"{\"type\":\"slap\",\"amplitude\":0.5}\n"}.size());
+}
+
+TEST_F(ListenerTest, aReaderThatIsLateGetsTheLastLinesOfARecordingToo) {
+    const int descriptor = output.fileHandleForWriting.get();
+    ::fcntl(descriptor, F_SETFL, O_NONBLOCK);
+    while (::write(descriptor, "filler\n", 7) > 0) {
+    }
+    std::string all;
+    std::thread reader([&] {
+        std::this_thread::sleep_for(std::chrono::milliseconds(50));
+        std::array<char, 4096> chunk{};
+        for (ssize_t count = 0;
+             (count = ::read(output.fileHandleForReading.get(), chunk.data(), chunk.size())) > 0;) {
+            all.append(chunk.data(), static_cast<std::size_t>(count));
+        }
+    });
+    EXPECT_EQ(listen(once({{secondWithKnock(), {}}})), 0);
+    output.fileHandleForWriting.reset();
+    reader.join();
+    EXPECT_THAT(all, HasSubstr("\"ready\""));
+    EXPECT_THAT(all, testing::ContainsRegex("\"slap\".*\n$"));
 }
 
 TEST_F(ListenerTest, whateverAPathHoldsALineStaysOneJsonObject) {
