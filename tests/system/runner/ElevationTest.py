@@ -63,11 +63,12 @@ class Elevation(unittest.TestCase):
                          (0, f"0\n0\n{NOBODY}\n/usr/share\n/usr/bin:/bin:/usr/sbin:/sbin\n", ""))
 
     def testThePromptIsTheApplicationsOwn(self):
-        self.result("true")
-        self.assertEqual(desktop.agent.asked,
-                         [("org.bonkora.Bonkora.run-detector",
-                           "Authentication is required to run Bonkora's detector as"
-                           " administrator")])
+        self.result("echo 'it is I' >/dev/null")
+        [(action, message)] = desktop.agent.asked
+        self.assertEqual(action, "org.bonkora.Bonkora.run-detector")
+        self.assertTrue(message.startswith(
+            "Authentication is required to run Bonkora's detector as administrator: "), message)
+        self.assertIn("echo 'it is I' >/dev/null", message)
         self.assertTrue(desktop.policyPath.endswith(
             "/lib/Bonkora.app/Contents/Helpers/bonkora-elevated"))
 
