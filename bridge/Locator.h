@@ -1,4 +1,5 @@
-// Where the detector may lie. Pure but for the working directory; any thread.
+// Where the detector may lie. Asks for the working directory and for the bundle's
+// resource, and changes nothing; any thread.
 #pragma once
 
 #include <string>

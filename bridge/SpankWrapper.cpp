@@ -182,6 +182,7 @@ void SpankWrapper::handleJSON(const DetectorEvent& event, std::string_view line)
 
 void SpankWrapper::countSlap() {
     if (slapCount == std::numeric_limits<std::int64_t>::max()) {
+        platform.console->flush();
         platform::fatalError("the slap count overflows");
     }
     slapCount = slapCount + 1;

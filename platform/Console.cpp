@@ -21,6 +21,11 @@ class StandardOutput final : public Console {
         }
     }
 
+    void flush() override {
+        const std::lock_guard lock(mutex);
+        write();
+    }
+
   private:
     void beginBurst() override {
         const std::lock_guard lock(mutex);

@@ -19,6 +19,9 @@ class Console {
     // Prints `line` and a line feed. `line` may hold any bytes.
     virtual void print(std::string_view line) = 0;
 
+    // Writes the lines that a burst has kept so far: for who will not see its end.
+    virtual void flush() {}
+
     // For as long as it lives, lines wait to be written together: for many lines at a time, whose
     // writes would cost more than all else that is done with them.
     class [[nodiscard]] Burst {

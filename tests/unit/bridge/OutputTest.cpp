@@ -1,4 +1,5 @@
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <limits>
 
@@ -227,6 +228,20 @@ TEST_F(Output, anOverflowOfTheCountIsAFatalError) {
     wrapper->slapCount = std::numeric_limits<std::int64_t>::max();
     EXPECT_DEATH(feed("{\"type\":\"slap\"}\n"), "Fatal error: the slap count overflows");
     EXPECT_DEATH(feed("plain slap\n"), "Fatal error: the slap count overflows");
+}
+
+TEST_F(Output, whatCameBeforeAFatalErrorIsOnTheConsole) {
+    const auto overflow = [&] {
+        ::dup2(STDERR_FILENO, STDOUT_FILENO);
+        platform::Platform platform = system.value();
+        platform.console = platform::Console::standardOutput();
+        const auto speaking = SpankWrapper::create(platform);
+        speaking->start();
+        speaking->slapCount = std::numeric_limits<std::int64_t>::max();
+        system.processes->last().print("before\nslap\n");
+        system.time->runDue();
+    };
+    EXPECT_DEATH(overflow(), "spank: before(.|\n)*Fatal error");
 }
 
 }  // namespace

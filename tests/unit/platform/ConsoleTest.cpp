@@ -21,6 +21,18 @@ void withStandardOutput(int descriptor, const Body& body) {
     ::dup2(saved.get(), STDOUT_FILENO);
 }
 
+void expectItPrints(Console& console) {
+    auto pipe = Pipe::make();
+    ASSERT_TRUE(pipe);
+    std::string read(100, '\0');
+    withStandardOutput(pipe->fileHandleForWriting.get(), [&] {
+        console.print("next");
+        const auto count = ::read(pipe->fileHandleForReading.get(), read.data(), read.size());
+        read.resize(count > 0 ? static_cast<std::size_t>(count) : 0);
+    });
+    EXPECT_EQ(read, "next\n");
+}
+
 TEST(Console, aLineIsOutAtOnceAlsoIntoAPipe) {
     auto pipe = Pipe::make();
     ASSERT_TRUE(pipe);
@@ -58,6 +70,7 @@ TEST(Console, theLinesOfABurstGoOutTogetherAtItsEnd) {
 TEST(Console, aClosedOutputLosesTheLineAndNothingElse) {
     const auto console = Console::standardOutput();
     withStandardOutput(-1, [&] { console->print("lost"); });
+    expectItPrints(*console);
 }
 
 TEST(Console, aPipeWithoutAReaderLosesTheLineAndNothingElse) {
@@ -68,6 +81,7 @@ TEST(Console, aPipeWithoutAReaderLosesTheLineAndNothingElse) {
     const auto console = Console::standardOutput();
     withStandardOutput(pipe->fileHandleForWriting.get(), [&] { console->print("lost"); });
     ::signal(SIGPIPE, before);
+    expectItPrints(*console);
 }
 
 }  // namespace

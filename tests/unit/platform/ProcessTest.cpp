@@ -10,6 +10,7 @@
 #include <csignal>
 #include <filesystem>
 #include <sstream>
+#include <thread>
 
 #include "platform/Pipe.h"
 #include "tests/support/Box.h"
@@ -101,10 +102,18 @@ TEST(Process, terminateBeforeTheStartAndAfterTheEndDoesNothing) {
 }
 
 TEST(Process, terminateReachesThatProcessAlone) {
-    Shell shell("(trap '' TERM; sleep 0.2; echo survived) & echo $!; wait; sleep 10");
+    const test::TemporaryFolder folder;
+    // A child that would end with its parent's group, and says so long as it does not.
+    Shell shell("(: > " + (folder / "there") + "; while [ ! -e " + (folder / "go") +
+                " ]; do sleep 0.01; done; echo survived) & wait");
     ASSERT_FALSE(shell.process->run());
+    while (!std::filesystem::exists(folder / "there")) {
+        std::this_thread::yield();
+    }
     shell.process->terminate();
     EXPECT_EQ(shell.status(), SIGTERM);
+    folder.write("go", "");
+    EXPECT_EQ(shell.output(), "survived\n");
 }
 
 TEST(Process, aGrandchildMayHoldTheOutputOpenAfterTheEnd) {
