@@ -1,6 +1,8 @@
 #include "ui/TextLabel.h"
 
+#include <QFontInfo>
 #include <QPainter>
+#include <algorithm>
 #include <cmath>
 
 #include "ui/TextPainter.h"
@@ -9,7 +11,10 @@ namespace bonkora {
 
 TextLabel::TextLabel(const TextStyle& theStyle, QPalette::ColorRole theColor, const QString& text,
                      Lines theLines)
-    : look(theStyle), color(theColor), lines(theLines) {
+    : look(theStyle),
+      color(theColor),
+      lines(theLines),
+      isFixedPitch(look.isMonospaced && QFontInfo(look.font()).fixedPitch()) {
     setTextFormat(Qt::PlainText);
     setFont(look.font());
     setSizePolicy(lines == Lines::one ? QSizePolicy::Preferred : QSizePolicy::Expanding,
@@ -21,11 +26,25 @@ TextLabel::TextLabel(const TextStyle& theStyle, QPalette::ColorRole theColor, co
 
 void TextLabel::show(const QString& newText) {
     if (newText != text()) {
-        natural.reset();
+        if (!takesAsMuch(newText)) {
+            natural.reset();
+        }
         wrappedWidth = -1;
         setText(newText);
         fixSize();
     }
+}
+
+// Of a fixed font's digits one is as wide as the other. Most changes are of numbers, and to measure
+// them costs as much as all else that is done to show them.
+bool TextLabel::takesAsMuch(const QString& newText) const {
+    const auto isAsWide = [](QChar one, QChar other) {
+        const auto isDigit = [](QChar character) { return character >= u'0' && character <= u'9'; };
+        return one == other || (isDigit(one) && isDigit(other));
+    };
+    const QString old = text();
+    return isFixedPitch && lines == Lines::one &&
+           std::equal(newText.begin(), newText.end(), old.begin(), old.end(), isAsWide);
 }
 
 // While a line keeps its size, as a number mostly does, its new text costs the panel no layout.

@@ -1,5 +1,6 @@
 #include "tests/support/Panel.h"
 #include "ui/Colors.h"
+#include "ui/TextLabel.h"
 
 using bonkora::test::Panel;
 
@@ -132,6 +133,19 @@ class HeaderAndStatusTest final : public QObject {
         QVERIFY(status);
         QCOMPARE(status->textFormat(), Qt::PlainText);
         QCOMPARE(status->height(), 2 * 13);
+    }
+
+    void whateverALineShowsItHasTheRoomOfALineMadeForIt() {
+        using namespace bonkora;
+        for (const TextStyle& style :
+             {textStyle::title3.monospaced().weighing(QFont::DemiBold), textStyle::title2}) {
+            TextLabel line(style, colorRole::primary, "100");
+            for (const char* text : {"111", "222", "333", "444", "555", "666", "777", "888", "999",
+                                     "9.9", "1000", "ii", "WW", "日本語", "äöü", "👋👋", "", "7"}) {
+                line.show(text);
+                QCOMPARE(line.size(), TextLabel(style, colorRole::primary, text).size());
+            }
+        }
     }
 
     void openingStartsNothing() {
