@@ -36,19 +36,14 @@ int Listener::run() {
                 open();
                 break;
             case Wake::ending:
-                isOver = true;
-                break;
+                writer.flush();
+                return status;
         }
         writer.flush();
         isOver = isOver || writer.readerIsGone();
     }
+    letItFinish();
     return status;
-}
-
-// What a slow reader has not taken yet; it may take its time, unless the program is to end.
-void Listener::deliver() {
-    while (writer.hasPending() && !writer.readerIsGone() && wait(finishingStepMs) != Wake::ending) {
-    }
 }
 
 Listener::Wake Listener::wait(int timeoutMs) {
@@ -125,8 +120,7 @@ void Listener::read() {
     if (state.kind == SensorState::Kind::lost) {
         lose(state.reason);
     } else if (state.kind == SensorState::Kind::ended) {
-        letItFinish();
-        deliver();
+        sensor.reset();
         isOver = true;
     }
 }
@@ -152,10 +146,14 @@ void Listener::complain() {
     settings.complaints.clear();
 }
 
-// The answer to a recording's last knock is heard to its end, unless the program is to end.
+// The last answer is heard to its end, and a slow reader gets every line, however long it takes;
+// unless the program is to end.
 void Listener::letItFinish() {
-    sensor.reset();
-    for (int i = 0; voice != nullptr && voice->isSounding() && i < finishingSteps; ++i) {
+    int step = 0;
+    const auto isSounding = [&] {
+        return voice != nullptr && voice->isSounding() && step < finishingSteps;
+    };
+    for (; isSounding() || writer.hasPending(); ++step) {
         if (wait(finishingStepMs) == Wake::ending) {
             return;
         }

@@ -49,7 +49,6 @@ class Listener {
     void complain();
     void lose(const std::string& reason);
     void letItFinish();
-    void deliver();
 
     Settings settings;
     EventWriter& writer;
