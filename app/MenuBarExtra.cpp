@@ -20,6 +20,12 @@ constexpr int hostGraceMilliseconds = 1000;
 // again after this time.
 constexpr int occupiedMilliseconds = 250;
 
+// The one that holds the point, or the primary one.
+const QScreen& screenOf(const QPoint& point) {
+    const QScreen* screen = QGuiApplication::screenAt(point);
+    return screen != nullptr ? *screen : *QGuiApplication::primaryScreen();
+}
+
 }  // namespace
 
 MenuBarExtra::MenuBarExtra(MenuBarScene theScene, const PanelEnvironment& theEnvironment)
@@ -106,9 +112,8 @@ void MenuBarExtra::openPanel() {
     if (panel) {
         panel->raiseToFront();
     } else if (item) {
-        const QScreen* screen = QGuiApplication::screenAt(clickedScreen.center());
-        screen = screen != nullptr ? screen : QGuiApplication::primaryScreen();
-        makePanel(PanelWindow::Style::dropDown)->open(placeBesideItem(*screen));
+        makePanel(PanelWindow::Style::dropDown)
+            ->open(placeBesideItem(screenOf(clickedScreen.center())));
     }
 }
 
@@ -150,11 +155,10 @@ QRect MenuBarExtra::placeBesideItem(const QScreen& screen) {
 }
 
 QRect MenuBarExtra::placeBeside(const QPoint& click) {
-    QScreen* screen = QGuiApplication::screenAt(click);
-    screen = screen != nullptr ? screen : QGuiApplication::primaryScreen();
+    const QScreen& screen = screenOf(click);
     lastClick = click;
-    clickedScreen = screen->geometry();
-    const QRect available = screen->availableGeometry();
+    clickedScreen = screen.geometry();
+    const QRect available = screen.availableGeometry();
     const auto clicked =
         panelPlacement::itemRectangle(click, item->geometry(), clickedScreen, available);
     return panelPlacement::panelRectangle(scene.contentSize, clicked, clickedScreen, available);

@@ -11,10 +11,7 @@ namespace bonkora {
 
 TextLabel::TextLabel(const TextStyle& theStyle, QPalette::ColorRole theColor, const QString& text,
                      Lines theLines)
-    : look(theStyle),
-      color(theColor),
-      lines(theLines),
-      isFixedPitch(look.isMonospaced && QFontInfo(look.font()).fixedPitch()) {
+    : look(theStyle), color(theColor), lines(theLines) {
     setTextFormat(Qt::PlainText);
     setFont(look.font());
     setSizePolicy(lines == Lines::one ? QSizePolicy::Preferred : QSizePolicy::Expanding,
@@ -43,8 +40,9 @@ bool TextLabel::takesAsMuch(const QString& newText) const {
         return one == other || (isDigit(one) && isDigit(other));
     };
     const QString old = text();
-    return isFixedPitch && lines == Lines::one &&
-           std::equal(newText.begin(), newText.end(), old.begin(), old.end(), isAsWide);
+    return lines == Lines::one && look.isMonospaced &&
+           std::equal(newText.begin(), newText.end(), old.begin(), old.end(), isAsWide) &&
+           QFontInfo(font()).fixedPitch();
 }
 
 // While a line keeps its size, as a number mostly does, its new text costs the panel no layout.

@@ -40,7 +40,6 @@ class TextLabel final : public QLabel {
     const TextStyle look;
     const QPalette::ColorRole color;
     const Lines lines;
-    const bool isFixedPitch;
     // What the layout asks again and again for one text; shaping it is what a redraw costs.
     mutable std::optional<QSize> natural;
     mutable int wrappedWidth = -1;  // to which the text was wrapped last
