@@ -5,16 +5,16 @@
 #include <memory>
 
 #include "app/BonkoraApp.h"
-#include "app/DesktopAppearance.h"
 #include "app/MenuBarExtra.h"
 #include "app/QtMainQueue.h"
-#include "app/SignalWatch.h"
-#include "app/SingleInstance.h"
 #include "app/Version.h"
-#include "app/WindowSystem.h"
+#include "app/desktop/DesktopAppearance.h"
+#include "app/desktop/SignalWatch.h"
+#include "app/desktop/SingleInstance.h"
+#include "app/desktop/WindowSystem.h"
 #include "platform/Bundle.h"
 #include "platform/Platform.h"
-#include "ui/Accessibility.h"
+#include "ui/controls/Accessibility.h"
 
 namespace bonkora {
 

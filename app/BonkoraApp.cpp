@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "ui/MenuBarContentView.h"
+#include "ui/panel/MenuBarContentView.h"
 
 namespace bonkora {
 

@@ -9,7 +9,7 @@
 #include "app/MenuBarScene.h"
 #include "app/StateObject.h"
 #include "bridge/SpankWrapper.h"
-#include "ui/AppStorage.h"
+#include "ui/state/AppStorage.h"
 
 namespace bonkora {
 

@@ -5,8 +5,8 @@
 #include <QScreen>
 #include <utility>
 
-#include "app/PanelPlacement.h"
-#include "app/WindowSystem.h"
+#include "app/desktop/WindowSystem.h"
+#include "app/window/PanelPlacement.h"
 
 namespace bonkora {
 

@@ -9,12 +9,12 @@
 #include <memory>
 #include <optional>
 
-#include "app/MenuBarHosts.h"
-#include "app/MenuBarItem.h"
 #include "app/MenuBarScene.h"
-#include "app/PanelWindow.h"
-#include "app/ScreenWatch.h"
-#include "ui/Observation.h"
+#include "app/item/MenuBarHosts.h"
+#include "app/item/MenuBarItem.h"
+#include "app/window/PanelWindow.h"
+#include "app/window/ScreenWatch.h"
+#include "ui/state/Observation.h"
 
 namespace bonkora {
 

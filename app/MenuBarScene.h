@@ -7,9 +7,9 @@
 #include <memory>
 #include <vector>
 
-#include "app/MenuBarLabel.h"
+#include "app/item/MenuBarLabel.h"
 #include "platform/ObservableObject.h"
-#include "ui/PanelEnvironment.h"
+#include "ui/panel/PanelEnvironment.h"
 
 class QWidget;
 

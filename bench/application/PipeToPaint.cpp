@@ -28,7 +28,7 @@
 #include "bridge/SpankWrapper.h"
 #include "platform/StandardStreams.h"
 #include "platform/UniqueDescriptor.h"
-#include "ui/MenuBarContentView.h"
+#include "ui/panel/MenuBarContentView.h"
 
 namespace bonkora {
 namespace {

@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "detector/detection/Filter.h"
-#include "detector/voices/Throat.h"
+#include "detector/synthesis/Throat.h"
 
 namespace bonkora::bench {
 

@@ -16,7 +16,7 @@
 #include "bench/detection/Knocks.h"
 #include "detector/Number.h"
 #include "detector/sensing/Recording.h"
-#include "detector/voices/Sets.h"
+#include "detector/synthesis/Sets.h"
 
 namespace bonkora::bench {
 

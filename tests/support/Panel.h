@@ -10,15 +10,15 @@
 #include <memory>
 
 #include "tests/support/TestPlatform.h"
-#include "ui/Accessibility.h"
-#include "ui/Appearance.h"
-#include "ui/FolderField.h"
-#include "ui/MenuBarContentView.h"
-#include "ui/ModeRow.h"
-#include "ui/RunButton.h"
-#include "ui/StatusDot.h"
-#include "ui/StepSlider.h"
-#include "ui/ToggleRow.h"
+#include "ui/controls/Accessibility.h"
+#include "ui/controls/RunButton.h"
+#include "ui/controls/StepSlider.h"
+#include "ui/controls/ToggleRow.h"
+#include "ui/drawing/StatusDot.h"
+#include "ui/panel/FolderField.h"
+#include "ui/panel/MenuBarContentView.h"
+#include "ui/panel/ModeRow.h"
+#include "ui/state/Appearance.h"
 
 namespace bonkora::test {
 

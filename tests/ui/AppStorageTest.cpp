@@ -2,7 +2,7 @@
 #include <filesystem>
 
 #include "tests/support/TemporaryFolder.h"
-#include "ui/AppStorage.h"
+#include "ui/state/AppStorage.h"
 
 using bonkora::AppStorage;
 using bonkora::test::TemporaryFolder;

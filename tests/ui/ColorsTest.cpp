@@ -1,4 +1,4 @@
-#include "ui/Colors.h"
+#include "ui/drawing/Colors.h"
 
 #include <QTest>
 

@@ -1,6 +1,6 @@
 #include "tests/support/Panel.h"
-#include "ui/Colors.h"
-#include "ui/TextLabel.h"
+#include "ui/controls/TextLabel.h"
+#include "ui/drawing/Colors.h"
 
 using bonkora::test::Panel;
 

@@ -4,7 +4,7 @@
 #include <filesystem>
 #include <fstream>
 
-#include "app/PanelWindow.h"
+#include "app/window/PanelWindow.h"
 #include "tests/support/Panel.h"
 
 using bonkora::test::Panel;

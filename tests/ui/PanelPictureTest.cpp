@@ -6,7 +6,7 @@
 #include <QScrollBar>
 
 #include "tests/support/Panel.h"
-#include "ui/Colors.h"
+#include "ui/drawing/Colors.h"
 
 using bonkora::Mode;
 using bonkora::test::Panel;

@@ -1,4 +1,4 @@
-#include "app/PanelPlacement.h"
+#include "app/window/PanelPlacement.h"
 
 #include <QTest>
 

@@ -1,7 +1,7 @@
 #include <QPointer>
 #include <QWindow>
 
-#include "app/PanelWindow.h"
+#include "app/window/PanelWindow.h"
 #include "tests/support/Panel.h"
 
 using bonkora::PanelWindow;

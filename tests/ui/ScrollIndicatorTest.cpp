@@ -1,7 +1,7 @@
 #include <QScrollArea>
 
 #include "tests/support/Panel.h"
-#include "ui/ScrollIndicator.h"
+#include "ui/controls/ScrollIndicator.h"
 
 using bonkora::ScrollIndicator;
 using bonkora::test::Panel;

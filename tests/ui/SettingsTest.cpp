@@ -5,7 +5,7 @@
 #include <limits>
 
 #include "tests/support/Panel.h"
-#include "ui/SettingsSection.h"
+#include "ui/panel/SettingsSection.h"
 
 using bonkora::StepSlider;
 using bonkora::test::Panel;

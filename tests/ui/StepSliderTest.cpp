@@ -1,4 +1,4 @@
-#include "ui/StepSlider.h"
+#include "ui/controls/StepSlider.h"
 
 #include <QSignalSpy>
 #include <QTest>

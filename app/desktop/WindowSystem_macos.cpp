@@ -1,0 +1,24 @@
+#include "app/desktop/WindowSystem.h"
+
+namespace bonkora::windowSystem {
+
+std::optional<std::string> prepare() {
+    return std::nullopt;
+}
+
+// The property list makes this a program of the menu bar only.
+void keepOutOfTaskbars(QWidget&) {}
+
+bool isCompositing() {
+    return true;
+}
+
+bool canGrabPointer() {
+    return false;
+}
+
+QPoint clickPosition(const QPoint& reported) {
+    return reported;
+}
+
+}  // namespace bonkora::windowSystem

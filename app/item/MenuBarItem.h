@@ -1,0 +1,25 @@
+// MenuBarItem: the item in the bar, by one way of showing it. Main thread.
+#pragma once
+
+#include <QObject>
+#include <QPoint>
+#include <QRect>
+
+#include "app/item/MenuBarLabel.h"
+
+namespace bonkora {
+
+class MenuBarItem : public QObject {
+    Q_OBJECT
+
+  public:
+    virtual void show(const MenuBarLabel& label) = 0;
+    // As the bar tells it; empty where it does not.
+    virtual QRect geometry() const { return {}; }
+
+  signals:
+    // `position` as the bar tells it, on the screen.
+    void clicked(const QPoint& position);
+};
+
+}  // namespace bonkora

@@ -1,0 +1,30 @@
+// StatusNotifierItem: our own item on the session bus. It registers again with every new watcher,
+// so a bar that died and came back shows it again. Main thread.
+#pragma once
+
+#include <QDBusServiceWatcher>
+
+#include "app/item/MenuBarItem.h"
+
+namespace bonkora {
+
+class StatusNotifierAdaptor;
+
+class StatusNotifierItem final : public MenuBarItem {
+    Q_OBJECT
+
+  public:
+    StatusNotifierItem();
+    ~StatusNotifierItem() override;
+
+    void show(const MenuBarLabel& label) override;
+
+  private:
+    void registerWithWatcher();
+
+    const QString busName;
+    StatusNotifierAdaptor* adaptor;
+    QDBusServiceWatcher watcherOwner;
+};
+
+}  // namespace bonkora

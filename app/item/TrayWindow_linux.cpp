@@ -1,0 +1,64 @@
+#include <QApplication>
+#include <QEvent>
+#include <QPixmap>
+#include <QScreen>
+#include <QWidget>
+
+#include "app/item/TrayWindow.h"
+#include "ui/drawing/Colors.h"
+
+namespace bonkora {
+
+namespace {
+
+constexpr int settleMilliseconds = 150;
+constexpr char windowClass[] = "QSystemTrayIconSys";
+
+QWidget* iconWindow() {
+    for (QWidget* widget : QApplication::topLevelWidgets()) {
+        if (widget->inherits(windowClass)) {
+            return widget;
+        }
+    }
+    return nullptr;
+}
+
+}  // namespace
+
+TrayWindow::TrayWindow() {
+    settled.setSingleShot(true);
+    settled.setInterval(settleMilliseconds);
+    connect(&settled, &QTimer::timeout, this, &TrayWindow::embedded);
+    qApp->installEventFilter(this);
+}
+
+bool TrayWindow::eventFilter(QObject* watched, QEvent* event) {
+    const bool isLayout = event->type() == QEvent::Show || event->type() == QEvent::Resize ||
+                          event->type() == QEvent::Move;
+    if (isLayout && watched->inherits(windowClass)) {
+        settled.start();
+    }
+    return false;
+}
+
+void TrayWindow::setWidth(int width) {
+    // Only when it differs: a tray that lays its icons out anew loses clicks.
+    if (QWidget* window = iconWindow(); window != nullptr && window->minimumWidth() != width) {
+        window->setMinimumWidth(width);
+        window->resize(width, window->height());
+    }
+}
+
+QColor TrayWindow::textColor() const {
+    const QWidget* window = iconWindow();
+    if (window == nullptr) {
+        return Qt::white;
+    }
+    // The bar shows through at the window's corner.
+    const QPoint corner = window->mapToGlobal(QPoint(window->width() - 1, 1));
+    const QImage sample = window->screen()->grabWindow(0, corner.x(), corner.y(), 1, 1).toImage();
+    const QColor bar = sample.isNull() ? QColor(Qt::black) : sample.pixelColor(0, 0);
+    return contrastRatio(bar, Qt::white) > contrastRatio(bar, Qt::black) ? Qt::white : Qt::black;
+}
+
+}  // namespace bonkora

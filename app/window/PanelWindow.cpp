@@ -1,0 +1,185 @@
+#include "app/window/PanelWindow.h"
+
+#include <QApplication>
+#include <QBitmap>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QTimer>
+#include <QVBoxLayout>
+#include <QWindow>
+#include <chrono>
+
+#include "app/desktop/WindowSystem.h"
+#include "ui/drawing/Colors.h"
+#include "ui/drawing/Shapes.h"
+
+namespace bonkora {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr int cornerRadius = 10;
+constexpr int settleMilliseconds = 250;
+// Window managers hold the pointer for a moment around activation, and drop a grab made then.
+constexpr std::chrono::milliseconds grabTimes[] = {0ms, 60ms, 250ms};
+// A window manager may activate something else first when a dialog has closed.
+constexpr int afterDialogMilliseconds = 500;
+
+Qt::WindowFlags flagsFor(PanelWindow::Style style) {
+    return style == PanelWindow::Style::plain
+               ? Qt::Window | Qt::WindowTitleHint | Qt::WindowCloseButtonHint |
+                     Qt::CustomizeWindowHint
+               : Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint |
+                     Qt::NoDropShadowWindowHint;
+}
+
+}  // namespace
+
+PanelWindow::PanelWindow(std::unique_ptr<QWidget> theContent, Style style)
+    : QWidget(nullptr, flagsFor(style)),
+      panelStyle(style),
+      isBlended(windowSystem::isCompositing()),
+      content(theContent.release()) {
+    setWindowTitle("Bonkora");
+    setAttribute(Qt::WA_DeleteOnClose);
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(content);
+    if (panelStyle == Style::dropDown) {
+        setAttribute(Qt::WA_TranslucentBackground);
+        windowSystem::keepOutOfTaskbars(*this);
+    }
+}
+
+void PanelWindow::open(const QRect& place) {
+    moveTo(place);
+    show();
+    sinceOpened.start();
+    raiseToFront();
+    if (panelStyle == Style::dropDown && windowSystem::canGrabPointer()) {
+        windowHandle()->installEventFilter(this);
+        grabPointer();
+    }
+}
+
+void PanelWindow::moveTo(const QRect& place) {
+    setFixedSize(place.size());
+    move(place.topLeft());
+}
+
+void PanelWindow::raiseToFront() {
+    QWidget* front = QApplication::activeModalWidget();
+    front = front != nullptr ? front : this;
+    front->raise();
+    front->activateWindow();
+}
+
+bool PanelWindow::hasSettled() const {
+    return sinceOpened.hasExpired(settleMilliseconds);
+}
+
+bool PanelWindow::isOccupied() {
+    return QApplication::activeModalWidget() != nullptr ||
+           QApplication::activePopupWidget() != nullptr;
+}
+
+void PanelWindow::grabPointer() {
+    for (const auto time : grabTimes) {
+        QTimer::singleShot(time, this, [this] {
+            if (isVisible() && !isOccupied()) {
+                windowHandle()->setMouseGrabEnabled(true);
+            }
+        });
+    }
+}
+
+bool PanelWindow::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::MouseButtonPress && hasSettled() && !isOccupied() &&
+        !rect().contains(static_cast<QMouseEvent*>(event)->position().toPoint())) {
+        close();
+        return true;
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+bool PanelWindow::event(QEvent* event) {
+    if (panelStyle == Style::dropDown) {
+        followActivation(event->type());
+    }
+    return QWidget::event(event);
+}
+
+void PanelWindow::followActivation(QEvent::Type type) {
+    switch (type) {
+        case QEvent::WindowActivate:
+            if (windowSystem::canGrabPointer()) {
+                grabPointer();
+            }
+            break;
+        case QEvent::WindowDeactivate:
+            if (isOccupied()) {
+                break;
+            }
+            if (sinceDialog.isValid() && sinceDialog.elapsed() < afterDialogMilliseconds) {
+                QTimer::singleShot(0, this, &PanelWindow::raiseToFront);
+            } else {
+                QTimer::singleShot(0, this, &QWidget::close);
+            }
+            break;
+        case QEvent::WindowBlocked:
+            windowHandle()->setMouseGrabEnabled(false);
+            break;
+        case QEvent::WindowUnblocked:
+            sinceDialog.start();
+            QTimer::singleShot(0, this, &PanelWindow::raiseToFront);
+            break;
+        default:
+            break;
+    }
+}
+
+void PanelWindow::keyPressEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_Escape && panelStyle == Style::dropDown) {
+        close();
+    } else {
+        QWidget::keyPressEvent(event);
+    }
+}
+
+void PanelWindow::closeEvent(QCloseEvent* event) {
+    if (panelStyle == Style::dropDown) {
+        windowHandle()->setMouseGrabEnabled(false);
+    }
+    QWidget::closeEvent(event);
+    emit closed();
+}
+
+void PanelWindow::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    if (panelStyle == Style::dropDown && !isBlended) {
+        setMask(
+            QRegion(shapes::continuousRectangle(rect(), cornerRadius).toFillPolygon().toPolygon()));
+    }
+}
+
+void PanelWindow::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    const QColor color = content->palette().color(colorRole::window);
+    if (panelStyle == Style::plain) {
+        painter.fillRect(rect(), color);
+        return;
+    }
+    painter.setRenderHint(QPainter::Antialiasing);
+    if (isBlended) {
+        painter.fillPath(shapes::continuousRectangle(rect(), cornerRadius), color);
+    } else {
+        painter.fillRect(rect(), color);
+    }
+    const QRectF edge = QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5);
+    painter.strokePath(shapes::continuousRectangle(edge, cornerRadius),
+                       content->palette().color(colorRole::hairline));
+}
+
+}  // namespace bonkora

@@ -1,0 +1,190 @@
+#include <SDL.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <map>
+
+#include "detector/sound/Loudness.h"
+#include "detector/sound/SoundChoice.h"
+#include "detector/sound/SoundFiles.h"
+#include "detector/sound/Voice.h"
+#include "detector/synthesis/Sets.h"
+#include "tests/support/TemporaryFolder.h"
+
+namespace bonkora::detector {
+
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+TEST(LoudnessTest, theSoftestKnockIs26DecibelsBelowFullVolume) {
+    EXPECT_NEAR(loudnessFor(0.05, 0.05, SensorKind::microphone), std::pow(10.0, -1.3), 1e-9);
+    EXPECT_NEAR(loudnessFor(0.01, 0.05, SensorKind::microphone), std::pow(10.0, -1.3), 1e-9);
+}
+
+TEST(LoudnessTest, fullForceAndMoreIsFullVolume) {
+    EXPECT_EQ(loudnessFor(1.0, 0.05, SensorKind::microphone), 1.0);
+    EXPECT_EQ(loudnessFor(9.0, 0.05, SensorKind::accelerometer), 1.0);
+    EXPECT_LT(loudnessFor(1.0, 0.05, SensorKind::accelerometer), 0.7);
+}
+
+TEST(LoudnessTest, eachDoublingOfTheForceAddsTheSameDecibels) {
+    const auto at = [](double force) { return loudnessFor(force, 0.05, SensorKind::microphone); };
+    EXPECT_NEAR(at(0.2) / at(0.1), at(0.8) / at(0.4), 1e-9);
+    EXPECT_GT(at(0.2), at(0.1));
+}
+
+TEST(LoudnessTest, oddMinimaGiveVolumesAllTheSame) {
+    EXPECT_EQ(loudnessFor(50.0, 10.0, SensorKind::microphone), 1.0);
+    EXPECT_GE(loudnessFor(0.5, 0.0, SensorKind::microphone), 0.05);
+}
+
+TEST(SoundChoiceTest, chanceNeverRepeatsTheLastAndLeavesNothingOut) {
+    const auto choice = SoundChoice::of(SoundSet::pain, 5);
+    std::map<std::size_t, int> chosen;
+    std::size_t last = 99;
+    for (int i = 0; i < 1000; ++i) {
+        const auto next = choice->next(5, i);
+        EXPECT_NE(next, last);
+        last = next;
+        ++chosen[next];
+    }
+    EXPECT_EQ(chosen.size(), 5U);
+    for (const auto& [sound, count] : chosen) {
+        EXPECT_GT(count, 120) << sound;
+    }
+}
+
+TEST(SoundChoiceTest, aSingleSoundIsChosenAgain) {
+    const auto choice = SoundChoice::of(SoundSet::custom, 5);
+    EXPECT_EQ(choice->next(1, 0.0), 0U);
+    EXPECT_EQ(choice->next(1, 1.0), 0U);
+}
+
+TEST(SoundChoiceTest, quickKnocksExciteAndAPauseCalms) {
+    const auto choice = SoundChoice::of(SoundSet::sexy, 0);
+    EXPECT_EQ(choice->next(8, 0.0), 0U);
+    std::size_t last = 0;
+    for (int i = 1; i < 20; ++i) {
+        const auto next = choice->next(8, 0.4 * i);
+        EXPECT_GE(next, last);
+        last = next;
+    }
+    EXPECT_EQ(last, 7U);
+    EXPECT_EQ(choice->next(8, 100.0), 0U);
+    EXPECT_LE(choice->next(8, 104.0), 1U);
+}
+
+TEST(SoundChoiceTest, theChantIsSungInOrder) {
+    const auto choice = SoundChoice::of(SoundSet::halo, 0);
+    for (std::size_t i = 0; i < 10; ++i) {
+        EXPECT_EQ(choice->next(6, 0.0), i % 6);
+    }
+}
+
+TEST(SoundFilesTest, onlySoundFilesCountInTheOrderOfTheirNumbers) {
+    const test::TemporaryFolder folder;
+    for (const char* const name : {"10.wav", "9.WAV", "a.mp3", "b.Ogg", "c.flac", "d.txt", "e"}) {
+        folder.write(name, "x");
+    }
+    folder.makeFolder("f.mp3");
+    EXPECT_THAT(soundFilesIn(folder.path()),
+                testing::UnorderedElementsAre(folder / "10.wav", folder / "9.WAV", folder / "a.mp3",
+                                              folder / "b.Ogg", folder / "c.flac"));
+    EXPECT_THAT(soundFilesIn("/nowhere/at/all"), IsEmpty());
+    EXPECT_THAT(soundFilesIn(folder / "d.txt"), IsEmpty());
+}
+
+// The voice through SDL's dummy device, which needs no hardware.
+class VoiceTest : public testing::Test {
+  protected:
+    void SetUp() override {
+        ::setenv("SDL_AUDIODRIVER", "dummy", 1);
+        settings.soundsFolder = folder.makeFolder("sounds");
+        folder.makeFolder("sounds/pain");
+        voices::writeWav(folder / "sounds/pain/1.wav", voices::pain().front());
+    }
+    void TearDown() override { ::unsetenv("SDL_AUDIODRIVER"); }
+
+    std::unique_ptr<Voice> open() {
+        auto opened = Voice::open(settings);
+        EXPECT_EQ(opened.index(), 0U) << std::get<1>(opened);
+        return std::get<0>(std::move(opened));
+    }
+
+    const test::TemporaryFolder folder;
+    Voice::Settings settings;
+};
+
+TEST_F(VoiceTest, soundsWhenItAnswers) {
+    const auto voice = open();
+    EXPECT_FALSE(voice->isSounding());
+    voice->answer(0.5, SensorKind::microphone, 1.0);
+    EXPECT_TRUE(voice->isSounding());
+    EXPECT_EQ(voice->takeComplaint(), std::nullopt);
+}
+
+TEST_F(VoiceTest, aHundredKnocksAtOnceAreNoTrouble) {
+    const auto voice = open();
+    for (int i = 0; i < 100; ++i) {
+        voice->answer(0.5, SensorKind::microphone, 1.0);
+    }
+    EXPECT_TRUE(voice->isSounding());
+}
+
+TEST_F(VoiceTest, anEmptyOrMissingCustomFolderIsSaidAndTheDefaultSetAnswers) {
+    settings.set = SoundSet::custom;
+    for (const auto& custom : {folder.makeFolder("empty"), folder / "missing", std::string{}}) {
+        settings.customFolder = custom;
+        const auto voice = open();
+        EXPECT_THAT(voice->takeComplaint().value_or(""), HasSubstr("in " + custom));
+        EXPECT_EQ(voice->takeComplaint(), std::nullopt);
+        voice->answer(0.5, SensorKind::microphone, 1.0);
+        EXPECT_TRUE(voice->isSounding());
+    }
+}
+
+TEST_F(VoiceTest, withoutAnySoundItKeepsQuietAndSaysSo) {
+    settings.soundsFolder = folder / "nothing";
+    const auto voice = open();
+    EXPECT_THAT(voice->takeComplaint().value_or(""), HasSubstr("no sounds in"));
+    voice->answer(0.5, SensorKind::microphone, 1.0);
+    EXPECT_FALSE(voice->isSounding());
+}
+
+TEST_F(VoiceTest, withoutASoundDeviceThereIsNoVoice) {
+    ::setenv("SDL_AUDIODRIVER", "no such driver", 1);
+    const auto opened = Voice::open(settings);
+    ASSERT_EQ(opened.index(), 1U);
+    EXPECT_THAT(std::get<1>(opened), HasSubstr("no sound device"));
+}
+
+TEST(VoicesTest, everySoundIsWholeAndSwellsTooSlowlyToBeTakenForAKnock) {
+    for (const auto& set : {voices::pain(), voices::sexy(), voices::halo()}) {
+        EXPECT_GE(set.size(), 6U);
+        for (const auto& sound : set) {
+            double loudest = 0.0;
+            double atOnce = 0.0;
+            for (std::size_t i = 0; i < sound.size(); ++i) {
+                loudest = std::max(loudest, std::abs(sound[i]));
+                atOnce = i < voices::sampleRate / 200 ? loudest : atOnce;
+            }
+            EXPECT_GT(loudest, 0.3);
+            EXPECT_LE(loudest, 1.0);
+            EXPECT_LT(atOnce, 0.3 * loudest);
+            EXPECT_LT(std::abs(sound.back()), 0.02);
+        }
+    }
+}
+
+TEST(VoicesTest, theSameSoundsComeOutEveryTime) {
+    EXPECT_EQ(voices::pain(), voices::pain());
+    EXPECT_EQ(voices::halo(), voices::halo());
+}
+
+}  // namespace
+
+}  // namespace bonkora::detector

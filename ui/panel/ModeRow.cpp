@@ -1,0 +1,111 @@
+#include "ui/panel/ModeRow.h"
+
+#include <QEasingCurve>
+#include <QKeyEvent>
+#include <QPainter>
+
+#include "ui/drawing/Colors.h"
+#include "ui/drawing/Shapes.h"
+#include "ui/drawing/Symbol.h"
+#include "ui/drawing/TextPainter.h"
+
+namespace bonkora {
+
+namespace {
+
+constexpr int padding = 6;
+constexpr int spacing = 8;
+constexpr int lineSpacing = 1;
+constexpr int cornerRadius = 6;
+constexpr int checkMarkSize = textStyle::body.size;
+constexpr int transitionMilliseconds = 200;
+constexpr float highlightOpacity = 0.1F;
+constexpr TextStyle symbolStyle = textStyle::title3;
+constexpr TextStyle titleStyle = textStyle::caption.monospaced().weighing(QFont::Medium);
+constexpr TextStyle descriptionStyle = textStyle::caption2.monospaced();
+constexpr int textHeight = titleStyle.lineHeight + lineSpacing + descriptionStyle.lineHeight;
+
+QEasingCurve easeInOut() {
+    QEasingCurve curve(QEasingCurve::BezierSpline);
+    curve.addCubicBezierSegment({0.42, 0}, {0.58, 1}, {1, 1});
+    return curve;
+}
+
+}  // namespace
+
+ModeRow::ModeRow(Mode mode) : Pressable(QAccessible::RadioButton), display(ModeDisplay::of(mode)) {
+    setText(display.title);
+    setAccessibleDescription(display.description);
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    animation.setDuration(transitionMilliseconds);
+    animation.setEasingCurve(easeInOut());
+    connect(&animation, &QVariantAnimation::valueChanged, this, [this](const QVariant& value) {
+        highlighted = value.toReal();
+        update();
+    });
+}
+
+void ModeRow::show(bool newIsCurrent, Transition transition) {
+    if (newIsCurrent == isCurrent) {
+        return;
+    }
+    isCurrent = newIsCurrent;
+    const qreal end = isCurrent ? 1 : 0;
+    animation.stop();
+    if (transition == Transition::easeInOut) {
+        animation.setStartValue(highlighted);
+        animation.setEndValue(end);
+        animation.start();
+    } else {
+        highlighted = end;
+        update();
+    }
+    announceOn();
+}
+
+QSize ModeRow::sizeHint() const {
+    return {100, 2 * padding + textHeight};
+}
+
+void ModeRow::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    QColor tint = palette().color(colorRole::accent);
+    tint.setAlphaF(highlightOpacity * static_cast<float>(highlighted));
+    painter.fillPath(shapes::continuousRectangle(rect(), cornerRadius), tint);
+
+    const QRectF inside = QRectF(rect()).adjusted(padding, padding, -padding, -padding);
+    const QColor primary = palette().color(colorRole::primary);
+    const qreal symbolWidth = textPainter::naturalSize(display.symbol, symbolStyle).width();
+    textPainter::drawLine(painter, {inside.left(), inside.top(), symbolWidth, inside.height()},
+                          display.symbol, symbolStyle, primary);
+
+    // The check mark takes its room from the text as it appears.
+    const qreal left = inside.left() + symbolWidth + spacing;
+    const qreal room = inside.right() - left - highlighted * (spacing + checkMarkSize);
+    const QRectF title(left, inside.top(), room, titleStyle.lineHeight);
+    textPainter::drawLine(painter, title, display.title, titleStyle, primary);
+    textPainter::drawLine(painter, title.translated(0, titleStyle.lineHeight + lineSpacing),
+                          display.description, descriptionStyle,
+                          palette().color(colorRole::secondary));
+
+    painter.setOpacity(highlighted);
+    drawSymbol(painter, Symbol::checkmarkCircleFill,
+               {inside.right() - checkMarkSize, (height() - checkMarkSize) / 2.0, checkMarkSize,
+                checkMarkSize},
+               palette().color(colorRole::accent));
+    painter.setOpacity(1);
+    drawFocusRing(painter, cornerRadius);
+}
+
+void ModeRow::keyPressEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_Down || event->key() == Qt::Key_Right) {
+        emit focusMoveRequested(1);
+    } else if (event->key() == Qt::Key_Up || event->key() == Qt::Key_Left) {
+        emit focusMoveRequested(-1);
+    } else {
+        Pressable::keyPressEvent(event);
+    }
+}
+
+}  // namespace bonkora

@@ -1,0 +1,45 @@
+// ModeRow: one sound mode of the selector: symbol, title, one line of description and, when it is
+// the current one, a tinted background and a check mark. The whole rectangle can be pressed.
+// Main thread.
+#pragma once
+
+#include <QVariantAnimation>
+
+#include "ui/controls/Pressable.h"
+#include "ui/panel/ModeDisplay.h"
+
+namespace bonkora {
+
+class ModeRow final : public Pressable {
+    Q_OBJECT
+
+  public:
+    enum class Transition { none, easeInOut };
+
+    explicit ModeRow(Mode mode);
+
+    // The transition takes 0.2 s.
+    void show(bool isCurrent, Transition transition);
+    using Pressable::show;
+
+    bool isOn() const override { return isCurrent; }
+    // How far the highlight has come, from 0 to 1.
+    qreal highlight() const { return highlighted; }
+    QSize sizeHint() const override;
+
+  signals:
+    // The arrow keys ask for the row `steps` further on.
+    void focusMoveRequested(int steps);
+
+  protected:
+    void paintEvent(QPaintEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+
+  private:
+    const ModeDisplay display;
+    bool isCurrent = false;
+    qreal highlighted = 0;
+    QVariantAnimation animation{this};
+};
+
+}  // namespace bonkora

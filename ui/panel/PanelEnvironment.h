@@ -1,0 +1,19 @@
+// PanelEnvironment: what the panel takes of the application around it. Main thread.
+#pragma once
+
+#include <functional>
+#include <memory>
+
+#include "platform/MainQueue.h"
+#include "ui/state/Appearance.h"
+
+namespace bonkora {
+
+struct PanelEnvironment {
+    std::shared_ptr<platform::MainQueue> mainQueue;
+    // Asks the application to end.
+    std::function<void()> terminate;
+    Appearance& appearance;  // outlives every panel
+};
+
+}  // namespace bonkora

@@ -1,0 +1,46 @@
+#include "ui/panel/StatusSection.h"
+
+#include "platform/Text.h"
+#include "ui/panel/PanelLayout.h"
+
+namespace bonkora {
+
+namespace {
+
+constexpr int rowSpacing = 6;
+constexpr int amplitudeDecimals = 4;
+
+}  // namespace
+
+StatusSection::StatusSection(SpankWrapper& wrapper)
+    : spankWrapper(wrapper),
+      dot(new StatusDot),
+      statusText(new TextLabel(textStyle::caption.monospaced(), colorRole::secondary, {},
+                               TextLabel::Lines::asNeeded)),
+      impactRow(new QWidget),
+      impactValue(new TextLabel(textStyle::caption.monospaced().weighing(QFont::DemiBold),
+                                colorRole::accent)) {
+    auto* rows = panelLayout::padded(new QVBoxLayout(this), padding, padding, rowSpacing);
+
+    auto* statusRow = panelLayout::padded(new QHBoxLayout, 0, 0);
+    statusRow->addWidget(dot);
+    statusRow->addWidget(statusText, 1);
+    rows->addLayout(statusRow);
+
+    auto* impact = panelLayout::padded(new QHBoxLayout(impactRow), 0, 0);
+    impact->addWidget(
+        new TextLabel(textStyle::caption2.monospaced(), colorRole::secondary, tr("Last impact:")));
+    impact->addWidget(impactValue);
+    impact->addStretch();
+    rows->addWidget(impactRow);
+}
+
+void StatusSection::redraw() {
+    dot->show(spankWrapper.isRunning ? colorRole::accent : colorRole::gray);
+    statusText->show(QString::fromStdString(spankWrapper.statusMessage));
+    const double amplitude = spankWrapper.lastAmplitude;
+    impactValue->show(QString::fromStdString(platform::fixedDecimal(amplitude, amplitudeDecimals)));
+    impactRow->setVisible(amplitude > 0.0);
+}
+
+}  // namespace bonkora

@@ -1,0 +1,62 @@
+#include <QDir>
+#include <QFileInfo>
+#include <QFileSystemWatcher>
+#include <utility>
+
+#include "ui/state/UserDefaults.h"
+
+namespace bonkora {
+
+namespace {
+
+// Watches the file and the folder nearest to it that exists; makes neither.
+class Watch final : public QObject {
+  public:
+    Watch(UserDefaults& theDefaults, QString theFile)
+        : defaults(theDefaults), file(std::move(theFile)) {
+        const auto onChange = [this] {
+            follow();
+            emit defaults.changed();
+        };
+        connect(&watcher, &QFileSystemWatcher::fileChanged, this, onChange);
+        connect(&watcher, &QFileSystemWatcher::directoryChanged, this, onChange);
+        follow();
+    }
+
+  private:
+    // A file that was replaced is another file, and a folder may be made at any time.
+    void follow() {
+        QDir folder = QFileInfo(file).dir();
+        while (!folder.exists() && !folder.isRoot()) {
+            folder.setPath(QFileInfo(folder.path()).path());
+        }
+        for (const QString& path : watcher.files() + watcher.directories()) {
+            if (path != folder.path() && path != file) {
+                watcher.removePath(path);
+            }
+        }
+        // The folder first: a file that appears between the two is announced by it.
+        if (!watcher.directories().contains(folder.path())) {
+            watcher.addPath(folder.path());
+        }
+        if (!watcher.files().contains(file) && QFileInfo::exists(file)) {
+            watcher.addPath(file);
+        }
+    }
+
+    UserDefaults& defaults;
+    const QString file;
+    QFileSystemWatcher watcher;
+};
+
+}  // namespace
+
+QString UserDefaults::organization() {
+    return "Bonkora";
+}
+
+std::unique_ptr<QObject> UserDefaults::makeWatch() {
+    return std::make_unique<Watch>(*this, settings.fileName());
+}
+
+}  // namespace bonkora
