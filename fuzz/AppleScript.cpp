@@ -2,7 +2,6 @@
 // quotes without a backslash the runner reads back unchanged.
 #include <cstdint>
 #include <string>
-#include <variant>
 
 #include "bridge/LaunchTexts.h"
 #include "fuzz/Require.h"
@@ -14,9 +13,9 @@ namespace {
 void check(const std::string& text) {
     runner::parseScript(text);
 
-    const auto parsed = runner::parseScript(appleScriptText(text));
+    const auto command = runner::parseScript(appleScriptText(text));
     const bool plain = text.find('\\') == std::string::npos && text.find('\0') == std::string::npos;
-    if (const auto* const command = std::get_if<runner::ShellCommand>(&parsed)) {
+    if (command) {
         require(command->withAdministratorPrivileges, "the application asks for privileges");
         require(!plain || command->text == text, "what is quoted is read back unchanged");
     } else {

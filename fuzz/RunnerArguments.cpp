@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "fuzz/Require.h"
-#include "runner/Arguments.h"
+#include "runner/Script.h"
 
 namespace bonkora::fuzz {
 namespace {

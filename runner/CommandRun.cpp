@@ -6,17 +6,22 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <chrono>
 #include <csignal>
 
 #include "platform/Pipe.h"
-#include "runner/ExitStatus.h"
-#include "runner/HelperProcess.h"
-#include "runner/Link.h"
+#include "runner/ElevatedLink.h"
 
 namespace bonkora::runner {
+
+void OutputTail::append(std::string_view bytes) {
+    tail += bytes.substr(bytes.size() - std::min(bytes.size(), limit));
+    tail.erase(0, tail.size() - std::min(tail.size(), limit));
+}
+
 std::optional<Failure> CommandRun::run(const HelperLaunch& launch) {
     if (auto failure = start(launch)) {
         return failure;
@@ -45,13 +50,14 @@ std::optional<Failure> CommandRun::start(const HelperLaunch& launch) {
     const platform::UniqueDescriptor othersEnd(ends[1]);
     errors = std::move(pipe->fileHandleForReading);
     ::fcntl(errors.get(), F_SETFL, O_NONBLOCK);
-    if (const int error =
-            startHelper(launch, othersEnd.get(), pipe->fileHandleForWriting.get(), helper);
-        error == ENOENT && launch.throughPolkit) {
+    const auto started = startHelper(launch, othersEnd.get(), pipe->fileHandleForWriting.get());
+    if (!started && started.error() == ENOENT && launch.throughPolkit) {
         return Failure{"pkexec is missing, which asks for administrator rights.", fileNotFound};
-    } else if (error != 0) {
-        return systemFailure(error);
     }
+    if (!started) {
+        return systemFailure(started.error());
+    }
+    helper = *started;
     report.throughPolkit = launch.throughPolkit;
     return std::nullopt;
 }
@@ -59,8 +65,8 @@ std::optional<Failure> CommandRun::start(const HelperLaunch& launch) {
 bool CommandRun::waitForReport() {
     for (;;) {
         std::array<pollfd, 4> watched{{{endSignals.get(), POLLIN, 0},
-                                       // No event asked for: an output whose reader has gone says
-                                       // so unasked.
+                                       // No event is asked for: poll reports an output without a
+                                       // reader in any case.
                                        {STDOUT_FILENO, 0, 0},
                                        {errors.get(), POLLIN, 0},
                                        {link.get(), POLLIN, 0}}};
@@ -80,8 +86,8 @@ bool CommandRun::waitForReport() {
 void CommandRun::endCommand() {
     ::shutdown(link.get(), SHUT_WR);
     if (!report.started) {
-        // Takes the password prompt away. What is root's already cannot be signalled, but looks at
-        // the link before it starts anything.
+        // Takes the password prompt away. A helper that already runs as root cannot be signalled,
+        // but it looks at the link before it starts anything.
         ::kill(helper, SIGTERM);
     }
     using Clock = std::chrono::steady_clock;

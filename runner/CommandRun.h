@@ -1,29 +1,42 @@
-// CommandRun: one run of bonkora-elevated and, in it, of the command. The command has the runner's
-// own standard output, so what it writes needs no passing on. Main thread only, and it must be
-// that thread which stays: pkexec ends with the thread that started it.
+// CommandRun: one run of bonkora-elevated and, in it, of the command. The command inherits the
+// runner's own standard output, so what it writes needs no passing on. Main thread only: pkexec is
+// ended by the kernel when the thread that started it ends.
 #pragma once
 
 #include <sys/types.h>
 
+#include <cstddef>
 #include <optional>
+#include <string>
+#include <string_view>
 
 #include "platform/UniqueDescriptor.h"
 #include "runner/Failure.h"
 #include "runner/HelperLaunch.h"
-#include "runner/HelperReport.h"
-#include "runner/OutputTail.h"
 #include "runner/SignalDescriptor.h"
 
 namespace bonkora::runner {
+
+// The last bytes of an output of any length.
+class OutputTail {
+  public:
+    static constexpr std::size_t limit = 4096;  // bytes: a screenful, and no message is longer
+
+    void append(std::string_view bytes);
+    std::string_view text() const { return tail; }
+
+  private:
+    std::string tail;
+};
 
 class CommandRun {
   public:
     // `endSignals`: any signal that comes from it asks the run to end.
     explicit CommandRun(const SignalDescriptor& theEndSignals) : endSignals(theEndSignals) {}
 
-    // Runs until the command has ended. Nothing when it succeeded, and also when the run was ended
-    // from outside, by a signal or because nobody reads the output any more: then all is gone that
-    // could be ended within endingTime.
+    // Runs until the command has ended. Returns nothing when it succeeded, and also when the run
+    // was ended from outside, by a signal or because nobody reads the output any more: then
+    // everything that could be ended within endingTime is gone.
     std::optional<Failure> run(const HelperLaunch& launch);
 
   private:

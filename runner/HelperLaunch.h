@@ -1,24 +1,32 @@
-// HelperLaunch: how the program that runs the command is started. Pure; any thread.
+// HelperLaunch: how bonkora-elevated, the program that runs the command, is started.
 #pragma once
+
+#include <sys/types.h>
 
 #include <string>
 #include <vector>
 
-#include "runner/ShellCommand.h"
+#include "platform/Result.h"
+#include "runner/Script.h"
 
 namespace bonkora::runner {
 
 struct HelperLaunch {
     // The program's name or path first. A name is looked up in PATH.
     std::vector<std::string> arguments;
-    // Whether polkit asks the user first. It wants an empty environment: it clears it anyway, and
-    // refuses when it finds something odd in it.
+    // Whether polkit asks the user first. pkexec gets an empty environment: it clears it anyway,
+    // and refuses to work when it finds something odd there.
     bool throughPolkit = false;
 };
 
-// `helperPath` is the real path of bonkora-elevated: the policy goes by it. `directory` is where
-// the command is to run. Root needs nobody's leave.
+// `helperPath` is the real path of bonkora-elevated, because the policy names the program by it.
+// `directory` is where the command is to run. Root asks nobody. Pure; any thread.
 HelperLaunch helperLaunch(const std::string& helperPath, const std::string& directory,
                           const ShellCommand& command, bool isRoot);
+
+// Its standard input and standard error are the two descriptors, its standard output is the
+// caller's; it has no other descriptor, no signal blocked, and every disposition is the default.
+// Returns its process, or an error number of POSIX.
+platform::Result<pid_t, int> startHelper(const HelperLaunch& launch, int input, int errors);
 
 }  // namespace bonkora::runner

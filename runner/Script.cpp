@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <initializer_list>
-#include <string>
 #include <utility>
 
 namespace bonkora::runner {
@@ -112,11 +111,30 @@ class Parser {
 
 }  // namespace
 
-std::variant<ShellCommand, SyntaxError> parseScript(std::string_view script) {
+const std::string_view usage =
+    "usage: osascript -e 'do shell script \"COMMAND\" [with administrator privileges]'\n"
+    "Several -e texts are the lines of one script.\n";
+
+std::optional<std::string> scriptFromArguments(const std::vector<std::string_view>& arguments) {
+    if (arguments.empty() || arguments.size() % 2 != 0) {
+        return std::nullopt;
+    }
+    std::string script;
+    for (std::size_t i = 0; i < arguments.size(); i += 2) {
+        if (arguments[i] != "-e") {
+            return std::nullopt;
+        }
+        script += i > 0 ? "\n" : "";
+        script += arguments[i + 1];
+    }
+    return script;
+}
+
+platform::Result<ShellCommand, SyntaxError> parseScript(std::string_view script) {
     try {
         return Parser(script).statement();
     } catch (SyntaxError& error) {
-        return std::move(error);
+        return tl::unexpected(std::move(error));
     }
 }
 

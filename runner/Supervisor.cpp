@@ -10,16 +10,18 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <charconv>
 #include <csignal>
 #include <cstdlib>
-#include <vector>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <sstream>
+#include <system_error>
 
 #include "platform/Pipe.h"
-#include "runner/Children.h"
-#include "runner/CommandEnvironment.h"
+#include "runner/ElevatedLink.h"
 #include "runner/ExecVector.h"
-#include "runner/ExitStatus.h"
-#include "runner/Link.h"
 
 namespace bonkora::runner {
 namespace {
@@ -29,6 +31,38 @@ using Clock = std::chrono::steady_clock;
 std::optional<std::string> ownEnvironment(const char* name) {
     const char* const value = std::getenv(name);
     return value != nullptr ? std::optional<std::string>(value) : std::nullopt;
+}
+
+// The parent of that process; nothing when it is gone.
+std::optional<pid_t> parentOf(const std::filesystem::path& folder) {
+    std::ifstream file(folder / "stat");
+    const std::string text(std::istreambuf_iterator<char>(file), {});
+    // NUMBER (NAME) STATE PARENT ...; the name may hold anything, parentheses too.
+    const std::size_t nameEnd = text.rfind(')');
+    if (nameEnd == std::string::npos) {
+        return std::nullopt;
+    }
+    std::istringstream rest(text.substr(nameEnd + 1));
+    char state = 0;
+    pid_t parent = 0;
+    return rest >> state >> parent ? std::optional(parent) : std::nullopt;
+}
+
+// Those that have ended and wait to be reaped are included. A number in the list stays that child's
+// until the caller reaps it.
+std::vector<pid_t> childrenOfThisProcess() {
+    std::vector<pid_t> children;
+    std::error_code error;
+    for (std::filesystem::directory_iterator entry("/proc", error), end; !error && entry != end;
+         entry.increment(error)) {
+        const std::string name = entry->path().filename();
+        pid_t process = 0;
+        if (std::from_chars(name.data(), name.data() + name.size(), process).ec == std::errc() &&
+            parentOf(entry->path()) == ::getpid()) {
+            children.push_back(process);
+        }
+    }
+    return children;
 }
 
 // In the child, between fork and exec.
@@ -52,6 +86,17 @@ std::optional<std::string> ownEnvironment(const char* name) {
 }
 
 }  // namespace
+
+std::vector<std::string> commandEnvironment(
+    const std::function<std::optional<std::string>(const char* name)>& own) {
+    std::vector<std::string> environment{"PATH=/usr/bin:/bin:/usr/sbin:/sbin"};
+    for (const char* const name : {"HOME", "LOGNAME", "PKEXEC_UID", "SHELL", "USER"}) {
+        if (const auto value = own(name)) {
+            environment.push_back(std::string(name) + '=' + *value);
+        }
+    }
+    return environment;
+}
 
 Supervisor::Supervisor(int theLink) : link(theLink), signals{SIGCHLD, SIGTERM, SIGINT, SIGHUP} {
     ::prctl(PR_SET_CHILD_SUBREAPER, 1);
@@ -81,10 +126,7 @@ bool Supervisor::start(const std::string& shellCommand) {
     if (command == 0) {
         becomeShell(shellCommand, pointers.data(), link);
     }
-    if (command < 0) {
-        return false;
-    }
-    return true;
+    return command > 0;
 }
 
 void Supervisor::wait() {

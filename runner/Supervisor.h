@@ -1,17 +1,26 @@
-// Supervisor: runs one shell command for the runner at the other end of a link (Link.h) and answers
-// for its end. When the command has ended, whatever it left behind is ended too; when the link
-// closes or this process is asked to end, all of it is. Main thread only; once a process.
+// Supervisor: runs one shell command for the runner at the other end of a link (ElevatedLink.h) and
+// sees to it that nothing of it stays. When the command has ended, what it left behind is ended
+// too; when the link closes or this process is asked to end, the command is as well. Main thread
+// only; one for each process.
 #pragma once
 
 #include <sys/types.h>
 
 #include <chrono>
+#include <functional>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "runner/SignalDescriptor.h"
 
 namespace bonkora::runner {
+
+// The command's environment, NAME=VALUE each: the system's own folders as PATH; who the command
+// runs as; and in PKEXEC_UID, when polkit was asked, the number of the user who did. `own` looks a
+// name up in the environment of this process.
+std::vector<std::string> commandEnvironment(
+    const std::function<std::optional<std::string>(const char* name)>& own);
 
 class Supervisor {
   public:
@@ -20,7 +29,7 @@ class Supervisor {
     explicit Supervisor(int link);
 
     // Runs `command` with /bin/sh in a session of its own, with nothing to read. Returns its
-    // exit status (ExitStatus.h), which the link has been told; 1 when it was not started or did
+    // exit status (ElevatedLink.h), which the link has been told; 1 when it was not started or did
     // not end by itself.
     int run(const std::string& command);
 

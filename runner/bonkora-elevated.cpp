@@ -1,5 +1,5 @@
 // bonkora-elevated: runs one shell command for osascript, which starts it beside itself, or through
-// polkit as root, and holds the other end of the socket on its standard input (Link.h).
+// polkit as root, and holds the other end of the socket on its standard input (ElevatedLink.h).
 #include <sys/stat.h>
 #include <unistd.h>
 

@@ -1,11 +1,12 @@
 // osascript: the privileged runner, for systems that have none of that name. It runs the shell
-// command of a one-statement script (Script.h), as the administrator where the script says so, and
-// passes the command's standard output on live and unchanged. Where it does not succeed, it prints
-// one line (ErrorLine.h) and ends with status 1. Asked to end by a signal, or left without a reader
-// of its output, it ends with status 0; however it ends, so does the command and all it started.
+// command of a one-statement script (Script.h), as the administrator where the script says so. The
+// command writes straight to the runner's standard output. If it does not succeed, the runner
+// prints one line (Failure.h) and ends with status 1. Asked to end by a signal, or left without a
+// reader of its output, it ends with status 0. However it ends, the command and all it started end
+// with it.
 //
 // The command runs in a second program beside this one, bonkora-elevated, which polkit starts as
-// root where need be.
+// root if privileges are asked for.
 #include <unistd.h>
 
 #include <csignal>
@@ -17,9 +18,8 @@
 #include "platform/Bundle.h"
 #include "platform/Pipe.h"
 #include "platform/StandardStreams.h"
-#include "runner/Arguments.h"
 #include "runner/CommandRun.h"
-#include "runner/ErrorLine.h"
+#include "runner/Failure.h"
 #include "runner/HelperLaunch.h"
 #include "runner/Script.h"
 #include "runner/SignalDescriptor.h"
@@ -45,7 +45,7 @@ std::optional<Failure> runCommand(const ShellCommand& command) try {
     if (!helper) {
         return Failure{"bonkora-elevated is missing beside osascript.", fileNotFound};
     }
-    std::error_code unknown;  // a directory that was removed
+    std::error_code unknown;  // the directory may have been removed
     const auto directory = std::filesystem::current_path(unknown).string();
     return CommandRun(endSignals).run(helperLaunch(*helper, directory, command, ::geteuid() == 0));
 } catch (const std::system_error& error) {
@@ -66,13 +66,12 @@ int main(int argumentCount, char* arguments[]) {
         platform::writeAll(STDERR_FILENO, usage);
         return 2;
     }
-    const auto parsed = parseScript(*script);
-    if (const auto* const error = std::get_if<SyntaxError>(&parsed)) {
-        return reported(syntaxErrorLine(*error));
+    const auto command = parseScript(*script);
+    if (!command) {
+        return reported(syntaxErrorLine(command.error()));
     }
-    const auto& command = std::get<ShellCommand>(parsed);
-    if (const auto failure = runCommand(command)) {
-        return reported(executionErrorLine(command.range, *failure));
+    if (const auto failure = runCommand(*command)) {
+        return reported(executionErrorLine(command->range, *failure));
     }
     return 0;
 }

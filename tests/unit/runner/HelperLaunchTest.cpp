@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include "runner/CommandEnvironment.h"
-
 namespace bonkora::runner {
 namespace {
 
@@ -23,18 +21,6 @@ TEST(HelperLaunch, asksNobodyWithoutPrivilegesOrForRoot) {
         EXPECT_EQ(launch.arguments, (Words{"/B/helper", "/", "a"}));
         EXPECT_FALSE(launch.throughPolkit);
     }
-}
-
-TEST(CommandEnvironment, isSmallAndPassesOnWhoAsked) {
-    const auto environment = commandEnvironment([](const char* name) {
-        const std::string wanted = name;
-        return wanted == "HOME"         ? std::optional<std::string>("/root")
-               : wanted == "PKEXEC_UID" ? std::optional<std::string>("1000")
-               : wanted == "PATH"       ? std::optional<std::string>("/tmp")
-                                        : std::nullopt;
-    });
-    EXPECT_EQ(environment,
-              (Words{"PATH=/usr/bin:/bin:/usr/sbin:/sbin", "HOME=/root", "PKEXEC_UID=1000"}));
 }
 
 }  // namespace

@@ -4,26 +4,24 @@
 
 #include <string>
 
-#include "runner/Arguments.h"
-#include "runner/ErrorLine.h"
+#include "runner/Failure.h"
 
 namespace bonkora::runner {
 namespace {
 
 ShellCommand understood(std::string_view script) {
-    const auto parsed = parseScript(script);
-    if (const auto* const error = std::get_if<SyntaxError>(&parsed)) {
-        ADD_FAILURE() << "not understood: " << script << ": " << error->message;
+    auto command = parseScript(script);
+    if (!command) {
+        ADD_FAILURE() << "not understood: " << script << ": " << command.error().message;
         return {};
     }
-    return std::get<ShellCommand>(parsed);
+    return std::move(*command);
 }
 
 // The error line; "understood" when there is no error.
 std::string refused(std::string_view script) {
-    const auto parsed = parseScript(script);
-    const auto* const error = std::get_if<SyntaxError>(&parsed);
-    return error != nullptr ? syntaxErrorLine(*error) : "understood";
+    const auto command = parseScript(script);
+    return command ? "understood" : syntaxErrorLine(command.error());
 }
 
 TEST(Script, yieldsTheTextOfTheCommand) {

@@ -1,4 +1,4 @@
-#include "runner/OutputTail.h"
+#include "runner/CommandRun.h"
 
 #include <gtest/gtest.h>
 

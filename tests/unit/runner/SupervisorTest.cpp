@@ -1,0 +1,23 @@
+#include "runner/Supervisor.h"
+
+#include <gtest/gtest.h>
+
+namespace bonkora::runner {
+namespace {
+
+using Words = std::vector<std::string>;
+
+TEST(CommandEnvironment, isSmallAndPassesOnWhoAsked) {
+    const auto environment = commandEnvironment([](const char* name) {
+        const std::string wanted = name;
+        return wanted == "HOME"         ? std::optional<std::string>("/root")
+               : wanted == "PKEXEC_UID" ? std::optional<std::string>("1000")
+               : wanted == "PATH"       ? std::optional<std::string>("/tmp")
+                                        : std::nullopt;
+    });
+    EXPECT_EQ(environment,
+              (Words{"PATH=/usr/bin:/bin:/usr/sbin:/sbin", "HOME=/root", "PKEXEC_UID=1000"}));
+}
+
+}  // namespace
+}  // namespace bonkora::runner
