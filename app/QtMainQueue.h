@@ -6,7 +6,7 @@
 #include <memory>
 #include <mutex>
 
-#include "platform/MainQueue.h"
+#include "platform/Queues.h"
 
 namespace bonkora {
 

@@ -3,7 +3,7 @@
 
 #include "app/Application.h"
 #include "app/CommandLine.h"
-#include "platform/StandardStreams.h"
+#include "platform/Descriptor.h"
 
 int main(int argumentCount, char** arguments) {
     bonkora::platform::prepareStandardStreams();

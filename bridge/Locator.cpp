@@ -4,7 +4,8 @@
 #include <optional>
 #include <system_error>
 
-#include "platform/FatalError.h"
+#include "platform/Console.h"
+#include "platform/FileManager.h"
 
 namespace bonkora {
 namespace {
@@ -37,7 +38,7 @@ std::string appending(std::string path, std::string_view component) {
 
 std::vector<std::string> candidatePaths(const platform::Bundle& bundle) {
     const std::string executable = executableLocation(bundle);
-    const std::string folder = executable.substr(0, executable.rfind('/'));
+    const std::string folder = std::string(platform::parentFolder(executable));
 
     std::vector<std::string> candidates;
     candidates.push_back(appending(appending(folder, "../../Resources"), "spank"));

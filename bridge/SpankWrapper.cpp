@@ -7,7 +7,7 @@
 #include "bridge/LaunchTexts.h"
 #include "bridge/Locator.h"
 #include "bridge/OutputLines.h"
-#include "platform/FatalError.h"
+#include "platform/Console.h"
 #include "platform/FileManager.h"
 #include "platform/Text.h"
 

@@ -14,10 +14,9 @@
 
 #include "bridge/DetectorEvent.h"
 #include "bridge/Mode.h"
+#include "platform/Descriptor.h"
 #include "platform/ObservableObject.h"
-#include "platform/Pipe.h"
 #include "platform/Platform.h"
-#include "platform/Published.h"
 
 namespace bonkora {
 

@@ -1,30 +1,17 @@
 #include "platform/Bundle.h"
 
 #include "platform/FileManager.h"
+#include "platform/System.h"
 
 namespace bonkora::platform {
-namespace {
-
-// The part before the last slash, and what follows it.
-std::string_view folderOf(std::string_view path) {
-    const auto slash = path.rfind('/');
-    return slash == std::string_view::npos ? std::string_view() : path.substr(0, slash);
-}
-
-std::string_view nameOf(std::string_view path) {
-    return path.substr(path.rfind('/') + 1);
-}
-
-}  // namespace
-
 std::optional<std::string> Bundle::pathForResource(std::string_view name) const {
     if (!executablePath) {
         return std::nullopt;
     }
-    const std::string_view folder = folderOf(*executablePath);
-    const std::string_view contents = folderOf(folder);
-    const bool inBundle = nameOf(contents) == "Contents" &&
-                          (nameOf(folder) == "MacOS" || nameOf(folder) == "Helpers");
+    const std::string_view folder = parentFolder(*executablePath);
+    const std::string_view contents = parentFolder(folder);
+    const bool inBundle = lastComponent(contents) == "Contents" &&
+                          (lastComponent(folder) == "MacOS" || lastComponent(folder) == "Helpers");
     std::string path = inBundle ? std::string(contents) + "/Resources/" : std::string(folder) + "/";
     path += name;
     return fileExists(path) ? std::optional(path) : std::nullopt;

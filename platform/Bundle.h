@@ -7,6 +7,8 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/System.h"
+
 namespace bonkora::platform {
 
 struct Bundle {
@@ -22,8 +24,5 @@ struct Bundle {
     // The bundle of the running program.
     static Bundle main(int argumentCount, const char* const* arguments);
 };
-
-// One implementation for each system.
-std::optional<std::string> currentExecutablePath();
 
 }  // namespace bonkora::platform

@@ -2,10 +2,11 @@
 
 #include <unistd.h>
 
+#include <cstdlib>
 #include <mutex>
 #include <string>
 
-#include "platform/Pipe.h"
+#include "platform/Descriptor.h"
 
 namespace bonkora::platform {
 namespace {
@@ -53,6 +54,11 @@ class StandardOutput final : public Console {
 
 std::shared_ptr<Console> Console::standardOutput() {
     return std::make_shared<StandardOutput>();
+}
+
+void fatalError(std::string_view message) {
+    writeAll(STDERR_FILENO, "Fatal error: " + std::string(message) + "\n");
+    std::abort();
 }
 
 }  // namespace bonkora::platform

@@ -42,4 +42,8 @@ class Console {
     virtual void endBurst() {}
 };
 
+// Ends the program at once, with a line on standard error: for broken contracts, which no caller
+// could handle.
+[[noreturn]] void fatalError(std::string_view message);
+
 }  // namespace bonkora::platform

@@ -7,8 +7,7 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "platform/Pipe.h"
-#include "platform/UniqueDescriptor.h"
+#include "platform/Descriptor.h"
 
 namespace bonkora::platform {
 
@@ -40,6 +39,15 @@ bool makeNamedPipe(const std::string& path, mode_t permissions) {
 
 bool removeItem(const std::string& path) {
     return ::unlink(path.c_str()) == 0;
+}
+
+std::string_view parentFolder(std::string_view path) {
+    const auto slash = path.rfind('/');
+    return slash == std::string_view::npos ? std::string_view() : path.substr(0, slash);
+}
+
+std::string_view lastComponent(std::string_view path) {
+    return path.substr(path.rfind('/') + 1);
 }
 
 }  // namespace bonkora::platform

@@ -1,5 +1,5 @@
-// The few things the application does to files. Any thread. Failures are told by the result; none
-// is reported in any other way.
+// The few things that are done to files and their names. Any thread. Failures are told by the
+// result; none is reported in any other way.
 #pragma once
 
 #include <sys/types.h>
@@ -24,9 +24,10 @@ bool makeNamedPipe(const std::string& path, mode_t permissions);
 // Removes one name; a folder is left alone.
 bool removeItem(const std::string& path);
 
-// The user's folder for temporary files, ending in exactly one slash. On macOS the system's own
-// per-user folder, then TMPDIR, then /tmp/; elsewhere TMPDIR, XDG_RUNTIME_DIR, /tmp/. It need not
-// exist. One implementation for each system.
-std::string temporaryDirectory();
+// The part of `path` before its last slash; empty where it has none.
+std::string_view parentFolder(std::string_view path);
+
+// The part of `path` after its last slash.
+std::string_view lastComponent(std::string_view path);
 
 }  // namespace bonkora::platform

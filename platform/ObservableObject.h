@@ -5,6 +5,9 @@
 
 #include <functional>
 #include <memory>
+#include <ostream>
+#include <type_traits>
+#include <utility>
 
 namespace bonkora::platform {
 
@@ -53,6 +56,43 @@ class ObservableObject {
   protected:
     ObservableObject() = default;
     ~ObservableObject() = default;
+};
+
+// A property of an ObservableObject that reads like a plain field. Every assignment, also of an
+// equal value, first announces on the owner and then stores.
+template <typename T>
+class Published {
+  public:
+    Published(ObservableObject& theOwner, T initial) : owner(theOwner), value(std::move(initial)) {}
+    Published(const Published&) = delete;
+    Published& operator=(const Published&) = delete;
+    ~Published() = default;
+
+    Published& operator=(T newValue) {
+        owner.objectWillChange.send();
+        value = std::move(newValue);
+        return *this;
+    }
+
+    const T& get() const { return value; }
+    operator const T&() const { return value; }  // NOLINT(google-explicit-constructor)
+
+    friend bool operator==(const Published& left, const T& right) { return left.value == right; }
+    // A number compares with any other, as a plain field would.
+    template <typename U>
+    requires(std::is_arithmetic_v<T>&& std::is_arithmetic_v<U>) friend bool operator==(
+        const Published& left, U right) {
+        return left.value == right;
+    }
+    friend std::ostream& operator<<(std::ostream& out, const Published& property) requires
+        requires(std::ostream& o, const T& v) {
+        o << v;
+    }
+    { return out << property.value; }
+
+  private:
+    ObservableObject& owner;
+    T value;
 };
 
 }  // namespace bonkora::platform

@@ -3,7 +3,7 @@
 #include <utility>
 
 #include "platform/FileManager.h"
-#include "platform/Runner.h"
+#include "platform/System.h"
 
 namespace bonkora::platform {
 

@@ -8,9 +8,8 @@
 
 #include "platform/Bundle.h"
 #include "platform/Console.h"
-#include "platform/GlobalQueue.h"
-#include "platform/MainQueue.h"
 #include "platform/Process.h"
+#include "platform/Queues.h"
 
 namespace bonkora::platform {
 

@@ -1,5 +1,7 @@
 #include "platform/Process.h"
 
+#include <spawn.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -12,13 +14,60 @@
 #include <thread>
 #include <utility>
 
-#include "platform/Pipe.h"
-#include "platform/SpawnAttributes.h"
+#include "platform/Descriptor.h"
+#include "platform/FileManager.h"
+#include "platform/System.h"
 
 extern char** environ;  // NOLINT(readability-redundant-declaration): not declared on every system
 
 namespace bonkora::platform {
 namespace {
+
+constexpr const char* cocoa = "NSCocoaErrorDomain";
+constexpr const char* posix = "NSPOSIXErrorDomain";
+constexpr int noSuchFile = 4;  // NSFileNoSuchFileError
+
+bool isFolder(const std::string& path) {
+    struct stat status {};
+    return ::stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+}
+
+// How a child is started: a new process group, no signal blocked, every disposition the default,
+// and no descriptor but 0, 1 and 2.
+class SpawnAttributes {
+  public:
+    // `output` becomes the child's descriptors 1 and 2.
+    explicit SpawnAttributes(int output) {
+        ::posix_spawn_file_actions_init(&actions);
+        ::posix_spawn_file_actions_adddup2(&actions, output, 1);
+        ::posix_spawn_file_actions_adddup2(&actions, output, 2);
+        keepStandardDescriptorsOnly(actions);
+
+        ::posix_spawnattr_init(&attributes_);
+        ::posix_spawnattr_setflags(
+            &attributes_, static_cast<short>(POSIX_SPAWN_SETPGROUP | POSIX_SPAWN_SETSIGMASK |
+                                             POSIX_SPAWN_SETSIGDEF | systemSpawnFlags()));
+        ::posix_spawnattr_setpgroup(&attributes_, 0);
+        sigset_t signals;
+        sigemptyset(&signals);
+        ::posix_spawnattr_setsigmask(&attributes_, &signals);
+        sigfillset(&signals);
+        ::posix_spawnattr_setsigdefault(&attributes_, &signals);
+    }
+    SpawnAttributes(const SpawnAttributes&) = delete;
+    SpawnAttributes& operator=(const SpawnAttributes&) = delete;
+    ~SpawnAttributes() {
+        ::posix_spawnattr_destroy(&attributes_);
+        ::posix_spawn_file_actions_destroy(&actions);
+    }
+
+    const posix_spawn_file_actions_t* fileActions() const { return &actions; }
+    const posix_spawnattr_t* attributes() const { return &attributes_; }
+
+  private:
+    posix_spawn_file_actions_t actions{};
+    posix_spawnattr_t attributes_{};
+};
 
 // The child as its waiter and its handle share it. Its number is its own until it is reaped, and
 // it is reaped with the mutex held: so a signal under the mutex reaches the child or nobody.
@@ -141,13 +190,9 @@ class PosixProcess final : public Process {
   private:
     // Sets `identifier` and returns 0, or returns the error's number.
     int spawn(int output, pid_t& identifier) {
-        std::vector<char*> argv;
-        argv.reserve(arguments.size() + 2);
-        argv.push_back(executablePath.data());
-        for (std::string& argument : arguments) {
-            argv.push_back(argument.data());
-        }
-        argv.push_back(nullptr);
+        std::vector<std::string> texts = arguments;
+        texts.insert(texts.begin(), executablePath);
+        const std::vector<char*> argv = execVector(texts);
         const SpawnAttributes how(output);
         return ::posix_spawn(&identifier, executablePath.c_str(), how.fileActions(),
                              how.attributes(), argv.data(), environ);
@@ -157,6 +202,34 @@ class PosixProcess final : public Process {
 };
 
 }  // namespace
+
+LaunchError LaunchError::fromErrno(const std::string& path, int number) {
+    const bool missing = number == ENOENT || number == ENOTDIR || number == ELOOP ||
+                         (number == EACCES && !isFolder(path));
+    return missing ? LaunchError{cocoa, noSuchFile, path} : LaunchError{posix, number, path};
+}
+
+std::string LaunchError::localizedDescription() const {
+    if (domain == cocoa) {
+        return "The file “" + std::string(lastComponent(path)) + "” doesn’t exist.";
+    }
+    return "The operation couldn’t be completed. " + std::generic_category().message(code);
+}
+
+std::string LaunchError::description() const {
+    return "Error Domain=" + domain + " Code=" + std::to_string(code) + " \"" +
+           localizedDescription() + "\" UserInfo={NSFilePath=" + path + "}";
+}
+
+std::vector<char*> execVector(std::vector<std::string>& texts) {
+    std::vector<char*> pointers;
+    pointers.reserve(texts.size() + 1);
+    for (std::string& text : texts) {
+        pointers.push_back(text.data());
+    }
+    pointers.push_back(nullptr);
+    return pointers;
+}
 
 std::shared_ptr<Process> makePosixProcess() {
     return std::make_shared<PosixProcess>();

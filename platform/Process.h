@@ -13,9 +13,23 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/LaunchError.h"
-
 namespace bonkora::platform {
+
+// Why a process could not be started, in the words and numbers the platform uses. A value.
+struct LaunchError {
+    std::string domain;  // NSCocoaErrorDomain or NSPOSIXErrorDomain
+    int code = 0;        // a number of that domain
+    std::string path;    // the executable that was asked for
+
+    // From a number of <cerrno>. An executable that is missing and one without execute permission
+    // are both reported as missing, a folder as a lack of permission, as the Mac's facility does.
+    static LaunchError fromErrno(const std::string& path, int number);
+
+    // For people, for example: The file “osascript” doesn’t exist.
+    std::string localizedDescription() const;
+    // For developers: domain, number, text and path on one line.
+    std::string description() const;
+};
 
 class Process {
   public:
@@ -53,5 +67,9 @@ using ProcessFactory = std::function<std::shared_ptr<Process>()>;
 
 // A child of this program, started with posix_spawn.
 std::shared_ptr<Process> makePosixProcess();
+
+// A pointer to each of `texts`, which must outlive them, and a null pointer: the way exec and its
+// kin want arguments and environment.
+std::vector<char*> execVector(std::vector<std::string>& texts);
 
 }  // namespace bonkora::platform

@@ -6,7 +6,7 @@
 #include <QSocketNotifier>
 #include <optional>
 
-#include "platform/Pipe.h"
+#include "platform/Descriptor.h"
 
 namespace bonkora {
 

@@ -26,8 +26,7 @@
 
 #include "app/QtMainQueue.h"
 #include "bridge/SpankWrapper.h"
-#include "platform/StandardStreams.h"
-#include "platform/UniqueDescriptor.h"
+#include "platform/Descriptor.h"
 #include "ui/panel/MenuBarContentView.h"
 
 namespace bonkora {

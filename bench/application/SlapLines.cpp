@@ -19,8 +19,8 @@
 
 #include "app/QtMainQueue.h"
 #include "bridge/SpankWrapper.h"
+#include "platform/Descriptor.h"
 #include "platform/JsonReader.h"
-#include "platform/StandardStreams.h"
 
 namespace bonkora {
 namespace {

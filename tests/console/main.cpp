@@ -15,6 +15,7 @@
 #include "platform/FileManager.h"
 #include "platform/JsonReader.h"
 #include "platform/Platform.h"
+#include "platform/System.h"
 #include "platform/Text.h"
 
 namespace {
@@ -84,7 +85,7 @@ void testFiles() {
 }
 
 void testOneSlap(const platform::Bundle& bundle) {
-    const std::string folder = bundle.executablePath->substr(0, bundle.executablePath->rfind('/'));
+    const std::string folder = std::string(platform::parentFolder(*bundle.executablePath));
     const std::string detector = folder + "/spank";
     expect(platform::writeAtomically(detector, ""), "something stands where a detector is found");
 

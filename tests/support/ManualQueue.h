@@ -11,8 +11,7 @@
 #include <mutex>
 #include <utility>
 
-#include "platform/GlobalQueue.h"
-#include "platform/MainQueue.h"
+#include "platform/Queues.h"
 
 namespace bonkora::test {
 

@@ -4,7 +4,6 @@
 
 #include <filesystem>
 
-#include "platform/Runner.h"
 #include "tests/support/TemporaryFolder.h"
 
 namespace bonkora::platform {
@@ -46,17 +45,6 @@ TEST_F(BundleTest, theMainBundleKnowsThisProgramAndItsArguments) {
     ASSERT_TRUE(bundle.executablePath);
     EXPECT_EQ(std::filesystem::path(*bundle.executablePath).filename(), "platform_test");
 }
-
-#ifndef __APPLE__
-TEST_F(BundleTest, theRunnerIsTheBundlesOwnWhereTheSystemHasNone) {
-    if (std::filesystem::exists("/usr/bin/osascript")) {
-        GTEST_SKIP() << "this system has a runner of its own";
-    }
-    EXPECT_EQ(runnerPath("/opt/Bonkora.app/Contents/MacOS/bonkora"),
-              "/opt/Bonkora.app/Contents/Helpers/osascript");
-    EXPECT_EQ(runnerPath(std::nullopt), "/usr/bin/osascript");
-}
-#endif
 
 }  // namespace
 }  // namespace bonkora::platform

@@ -7,7 +7,7 @@
 #include <csignal>
 #include <string>
 
-#include "platform/Pipe.h"
+#include "platform/Descriptor.h"
 
 namespace bonkora::platform {
 namespace {

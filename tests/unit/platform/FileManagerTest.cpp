@@ -109,50 +109,5 @@ TEST_F(FileManager, removesANameAndSparesWhatALinkPointsTo) {
     EXPECT_FALSE(removeItem(folder.makeFolder("folder")));
 }
 
-#ifndef __APPLE__
-class TemporaryDirectory : public testing::Test {
-  protected:
-    // What the variables are set to for the length of a test; empty means unset.
-    static std::string with(const std::string& tmpdir, const std::string& runtime) {
-        const Variable first("TMPDIR", tmpdir);
-        const Variable second("XDG_RUNTIME_DIR", runtime);
-        return temporaryDirectory();
-    }
-
-  private:
-    class Variable {
-      public:
-        Variable(const char* theName, const std::string& value) : name(theName) {
-            if (const char* const present = std::getenv(name)) {
-                before = present;
-            }
-            set(value);
-        }
-        Variable(const Variable&) = delete;
-        Variable& operator=(const Variable&) = delete;
-        ~Variable() { set(before); }
-
-      private:
-        void set(const std::string& value) const {
-            value.empty() ? ::unsetenv(name) : ::setenv(name, value.c_str(), 1);
-        }
-        const char* const name;
-        std::string before;
-    };
-};
-
-TEST_F(TemporaryDirectory, endsInExactlyOneSlash) {
-    EXPECT_EQ(with("/var/scratch", ""), "/var/scratch/");
-    EXPECT_EQ(with("/var/scratch///", ""), "/var/scratch/");
-    EXPECT_EQ(with("/", ""), "/");
-}
-
-TEST_F(TemporaryDirectory, isTmpdirThenTheRuntimeFolderThenTmp) {
-    EXPECT_EQ(with("/a", "/b"), "/a/");
-    EXPECT_EQ(with("", "/b"), "/b/");
-    EXPECT_EQ(with("", ""), "/tmp/");
-}
-#endif
-
 }  // namespace
 }  // namespace bonkora::platform

@@ -6,8 +6,6 @@
 #include <string>
 #include <vector>
 
-#include "platform/Published.h"
-
 namespace bonkora::platform {
 namespace {
 

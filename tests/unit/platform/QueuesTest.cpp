@@ -1,4 +1,4 @@
-#include "platform/GlobalQueue.h"
+#include "platform/Queues.h"
 
 #include <gtest/gtest.h>
 

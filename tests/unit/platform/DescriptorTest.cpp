@@ -1,4 +1,4 @@
-#include "platform/StandardStreams.h"
+#include "platform/Descriptor.h"
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
