@@ -3,10 +3,8 @@
 #include <limits>
 #include <utility>
 
-#include "bridge/CommandLine.h"
 #include "bridge/LaunchTexts.h"
 #include "bridge/Locator.h"
-#include "bridge/OutputLines.h"
 #include "platform/Console.h"
 #include "platform/FileManager.h"
 #include "platform/Text.h"
@@ -22,6 +20,15 @@ constexpr auto launcherScriptLife = 2000ms;
 
 constexpr mode_t launcherPermissions = 0755;
 constexpr mode_t pipePermissions = 0644;
+
+// Does `action` to the controller unless it is gone. An observer of an assignment may let it go, so
+// of several steps each asks for itself.
+template <typename Action>
+void unlessGone(const std::weak_ptr<SpankWrapper>& weakSelf, const Action& action) {
+    if (const auto self = weakSelf.lock()) {
+        action(*self);
+    }
+}
 
 }  // namespace
 
@@ -45,12 +52,16 @@ void SpankWrapper::start() {
         return;
     }
     platform.console->print("🔧 Found spank at: " + *spankPath);
-    launchWithSudo(*spankPath, detectorArguments({.mode = currentMode,
-                                                  .cooldownMs = cooldownMs,
-                                                  .minAmplitude = minAmplitude,
-                                                  .volumeScaling = volumeScaling,
-                                                  .fastMode = fastMode,
-                                                  .customSoundPath = customSoundPath}));
+    launchWithSudo(*spankPath, detectorArguments(settings()));
+}
+
+DetectorSettings SpankWrapper::settings() const {
+    return {.mode = currentMode,
+            .cooldownMs = cooldownMs,
+            .minAmplitude = minAmplitude,
+            .volumeScaling = volumeScaling,
+            .fastMode = fastMode,
+            .customSoundPath = customSoundPath};
 }
 
 std::optional<std::string> SpankWrapper::findSpankBinary() const {
@@ -70,54 +81,81 @@ void SpankWrapper::launchWithSudo(const std::string& spankPath,
 
 void SpankWrapper::launchDirectWithAuthorizationService(const std::string& spankPath,
                                                         const std::vector<std::string>& args) {
-    // Script and pipes are left for people to look at; nothing of the launch depends on them.
     const std::string folder = platform.temporaryDirectory();
     const std::string scriptPath = folder + "bonkora_launcher.sh";
-    platform::writeAtomically(scriptPath, launcherScript(spankPath, args));
-    platform::setPermissions(scriptPath, launcherPermissions);
-    platform::makeNamedPipe(folder + "bonkora_output", pipePermissions);
-    platform::makeNamedPipe(folder + "bonkora_input", pipePermissions);
+    writeLauncherScript(scriptPath, launcherScript(spankPath, args));
+    makeNamedPipes(folder);
+    const auto runner = makeRunner(privilegedCommand(spankPath, args));
+    readOutputOf(*runner);
+    awaitEndOf(*runner);
+    if (const auto error = runner->run()) {
+        failedToLaunch(*error);
+    } else {
+        launched(runner);
+    }
+    removeLater(scriptPath);
+}
 
-    const std::shared_ptr<platform::Process> process = platform.makeProcess();
-    process->executablePath = platform.runnerPath();
-    process->arguments = {"-e", appleScriptText(privilegedCommand(spankPath, args))};
-    process->readabilityHandler = [weakSelf = weak_from_this(),
-                                   queue = platform.mainQueue](std::string_view chunk) {
+// Script and pipes are left for people to look at; nothing of the launch depends on them.
+void SpankWrapper::writeLauncherScript(const std::string& path, const std::string& text) {
+    platform::writeAtomically(path, text);
+    platform::setPermissions(path, launcherPermissions);
+}
+
+void SpankWrapper::makeNamedPipes(const std::string& folder) {
+    for (const char* const name : {"bonkora_output", "bonkora_input"}) {
+        platform::makeNamedPipe(folder + name, pipePermissions);
+    }
+}
+
+std::shared_ptr<platform::Process> SpankWrapper::makeRunner(const std::string& command) const {
+    auto runner = platform.makeProcess();
+    runner->executablePath = platform.runnerPath();
+    runner->arguments = {"-e", appleScriptText(command)};
+    return runner;
+}
+
+void SpankWrapper::readOutputOf(platform::Process& runner) {
+    runner.readabilityHandler = [weakSelf = weak_from_this(),
+                                 queue = platform.mainQueue](std::string_view chunk) {
         if (chunk.empty() || !platform::isValidUtf8(chunk)) {
             return;
         }
         queue->async([weakSelf, text = std::string(chunk)] {
-            if (const auto self = weakSelf.lock()) {
-                self->parseOutput(text);
-            }
+            unlessGone(weakSelf, [&](SpankWrapper& self) { self.parseOutput(text); });
         });
     };
-    process->terminationHandler = [weakSelf = weak_from_this(), queue = platform.mainQueue,
-                                   console = platform.console](int status) {
-        queue->async([weakSelf, console, status] {
-            if (const auto self = weakSelf.lock()) {
-                self->isRunning = false;
-            }
-            if (const auto self = weakSelf.lock()) {
-                self->statusMessage =
-                    status == 0 ? "Stopped" : "Error (code: " + std::to_string(status) + ")";
-            }
-            console->print("⏹ Spank process ended with code: " + std::to_string(status));
-        });
-    };
+}
 
-    if (const auto error = process->run()) {
-        statusMessage = "Failed to launch: " + error->localizedDescription();
-        platform.console->print("❌ Failed to launch spank: " + error->description());
-    } else {
-        spankProcess = process;
-        isRunning = true;
-        statusMessage = "Listening for slaps...";
-        platform.console->print("✅ Spank launched with sudo (PID: " +
-                                std::to_string(process->processIdentifier()) + ")");
-    }
-    platform.globalQueue->asyncAfter(launcherScriptLife,
-                                     [scriptPath] { platform::removeItem(scriptPath); });
+void SpankWrapper::awaitEndOf(platform::Process& runner) {
+    runner.terminationHandler = [weakSelf = weak_from_this(), queue = platform.mainQueue,
+                                 console = platform.console](int status) {
+        queue->async([weakSelf, console, status] {
+            const std::string code = std::to_string(status);
+            unlessGone(weakSelf, [](SpankWrapper& self) { self.isRunning = false; });
+            unlessGone(weakSelf, [&](SpankWrapper& self) {
+                self.statusMessage = status == 0 ? "Stopped" : "Error (code: " + code + ")";
+            });
+            console->print("⏹ Spank process ended with code: " + code);
+        });
+    };
+}
+
+void SpankWrapper::launched(std::shared_ptr<platform::Process> runner) {
+    spankProcess = std::move(runner);
+    const int identifier = spankProcess->processIdentifier();
+    isRunning = true;
+    statusMessage = "Listening for slaps...";
+    platform.console->print("✅ Spank launched with sudo (PID: " + std::to_string(identifier) + ")");
+}
+
+void SpankWrapper::failedToLaunch(const platform::LaunchError& error) {
+    statusMessage = "Failed to launch: " + error.localizedDescription();
+    platform.console->print("❌ Failed to launch spank: " + error.description());
+}
+
+void SpankWrapper::removeLater(const std::string& path) const {
+    platform.globalQueue->asyncAfter(launcherScriptLife, [path] { platform::removeItem(path); });
 }
 
 void SpankWrapper::parseOutput(std::string_view text) {
@@ -131,21 +169,25 @@ void SpankWrapper::parseOutput(std::string_view text) {
     std::string firstLine = std::exchange(outputBuffer, std::string());
     outputBuffer = text.substr(text.rfind('\n') + 1);
     firstLine += text.substr(0, lineFeed);
+
     const platform::Console::Burst burst(*platform.console);
-    handleLine(firstLine);
-    for (std::size_t start = lineFeed + 1;
-         (lineFeed = text.find('\n', start)) != std::string_view::npos; start = lineFeed + 1) {
-        handleLine(text.substr(start, lineFeed - start));
+    handleLine(platform::trimmed(firstLine));
+    for (;;) {
+        text.remove_prefix(lineFeed + 1);
+        lineFeed = text.find('\n');
+        if (lineFeed == std::string_view::npos) {
+            return;
+        }
+        handleLine(platform::trimmed(text.substr(0, lineFeed)));
     }
 }
 
-void SpankWrapper::handleLine(std::string_view piece) {
-    const std::string_view line = platform::trimmed(piece);
+void SpankWrapper::handleLine(std::string_view line) {
     if (line.empty()) {
         return;
     }
-    if (auto object = platform::readJsonObject(line)) {
-        handleJSON({std::move(*object)}, line);
+    if (const auto event = readDetectorEvent(line)) {
+        handleJSON(*event, line);
         return;
     }
     platform.console->print("📋 spank: " + std::string(line));
@@ -155,28 +197,29 @@ void SpankWrapper::handleLine(std::string_view piece) {
 }
 
 void SpankWrapper::handleJSON(const DetectorEvent& event, std::string_view line) {
-    const std::string* const type = event.type();
-    if (type == nullptr) {
-        return;
-    }
-    if (*type == "slap" || *type == "hit") {
-        countSlap();
-        if (const auto amplitude = event.amplitude()) {
-            lastAmplitude = *amplitude;
-        }
-        platform.console->print("👋 Slap #" + platform::decimal(slapCount) +
-                                " (amplitude: " + platform::shortestDecimal(lastAmplitude) + ")");
-    } else if (*type == "ready") {
-        statusMessage = "Listening for slaps...";
-        platform.console->print("✅ Spank ready");
-    } else if (*type == "error") {
-        if (const std::string* const message = event.message()) {
-            statusMessage = "Error: " + *message;
-            platform.console->print("❌ Spank error: " + *message);
-        }
-    } else {
-        // As it came: it is whole, on one line, and nobody has to rebuild it.
-        platform.console->print("📋 spank event: " + std::string(line));
+    switch (event.kind) {
+        case DetectorEvent::Kind::slap:
+            countSlap();
+            if (event.amplitude) {
+                lastAmplitude = *event.amplitude;
+            }
+            platform.console->print("👋 Slap #" + platform::decimal(slapCount) + " (amplitude: " +
+                                    platform::shortestDecimal(lastAmplitude) + ")");
+            break;
+        case DetectorEvent::Kind::ready:
+            statusMessage = "Listening for slaps...";
+            platform.console->print("✅ Spank ready");
+            break;
+        case DetectorEvent::Kind::error:
+            statusMessage = "Error: " + event.message;
+            platform.console->print("❌ Spank error: " + event.message);
+            break;
+        case DetectorEvent::Kind::other:
+            // As it came: it is whole, on one line, and nobody has to rebuild it.
+            platform.console->print("📋 spank event: " + std::string(line));
+            break;
+        case DetectorEvent::Kind::nothing:
+            break;
     }
 }
 
@@ -195,21 +238,16 @@ void SpankWrapper::stop() {
     if (stdinPipe) {
         platform::writeAll(stdinPipe->fileHandleForWriting.get(), "quit\n");
     }
-    // An observer of one assignment may let the controller go, so each step asks again.
     platform.mainQueue->asyncAfter(
         pauseBeforeTermination, [weakSelf = weak_from_this(), console = platform.console] {
-            if (const auto self = weakSelf.lock(); self && self->spankProcess) {
-                self->spankProcess->terminate();
-            }
-            if (const auto self = weakSelf.lock()) {
-                self->spankProcess = nullptr;
-            }
-            if (const auto self = weakSelf.lock()) {
-                self->isRunning = false;
-            }
-            if (const auto self = weakSelf.lock()) {
-                self->statusMessage = "Stopped";
-            }
+            unlessGone(weakSelf, [](SpankWrapper& self) {
+                if (self.spankProcess) {
+                    self.spankProcess->terminate();
+                }
+            });
+            unlessGone(weakSelf, [](SpankWrapper& self) { self.spankProcess = nullptr; });
+            unlessGone(weakSelf, [](SpankWrapper& self) { self.isRunning = false; });
+            unlessGone(weakSelf, [](SpankWrapper& self) { self.statusMessage = "Stopped"; });
             console->print("⏹ Spank stopped");
         });
 }
@@ -231,9 +269,7 @@ void SpankWrapper::switchMode(Mode mode) {
 
 void SpankWrapper::startAfterPause() {
     platform.mainQueue->asyncAfter(pauseBeforeNewStart, [weakSelf = weak_from_this()] {
-        if (const auto self = weakSelf.lock()) {
-            self->start();
-        }
+        unlessGone(weakSelf, [](SpankWrapper& self) { self.start(); });
     });
 }
 

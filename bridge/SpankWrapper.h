@@ -12,8 +12,8 @@
 #include <string>
 #include <vector>
 
-#include "bridge/DetectorEvent.h"
-#include "bridge/Mode.h"
+#include "bridge/DetectorOutput.h"
+#include "bridge/DetectorSettings.h"
 #include "platform/Descriptor.h"
 #include "platform/ObservableObject.h"
 #include "platform/Platform.h"
@@ -35,7 +35,7 @@ class SpankWrapper final : public platform::ObservableObject,
 
     // Live state, written by the controller.
     platform::Published<bool> isRunning{*this, false};
-    platform::Published<Mode> currentMode{*this, Mode::pain};
+    platform::Published<Mode> currentMode{*this, DetectorSettings{}.mode};
     // Slaps since the controller was created, over any number of starts. Never reset.
     platform::Published<std::int64_t> slapCount{*this, 0};
     // Of the last slap that carried one, in the detector's unit.
@@ -44,11 +44,11 @@ class SpankWrapper final : public platform::ObservableObject,
 
     // Settings, written by the panel. Plain stored values: a running detector keeps what was on
     // its command line until it is started again.
-    platform::Published<bool> volumeScaling{*this, true};
-    platform::Published<bool> fastMode{*this, false};
-    platform::Published<std::int64_t> cooldownMs{*this, 750};  // milliseconds
-    platform::Published<double> minAmplitude{*this, 0.05};     // in the detector's unit
-    platform::Published<std::string> customSoundPath{*this, ""};
+    platform::Published<bool> volumeScaling{*this, DetectorSettings{}.volumeScaling};
+    platform::Published<bool> fastMode{*this, DetectorSettings{}.fastMode};
+    platform::Published<std::int64_t> cooldownMs{*this, DetectorSettings{}.cooldownMs};
+    platform::Published<double> minAmplitude{*this, DetectorSettings{}.minAmplitude};
+    platform::Published<std::string> customSoundPath{*this, DetectorSettings{}.customSoundPath};
 
     // Finds the detector and launches it with the current settings. Nothing while isRunning.
     void start();
@@ -60,23 +60,35 @@ class SpankWrapper final : public platform::ObservableObject,
     void switchMode(Mode mode);
 
   private:
+    DetectorSettings settings() const;
     std::optional<std::string> findSpankBinary() const;
     void launchWithSudo(const std::string& spankPath, const std::vector<std::string>& args);
     void launchDirectWithAuthorizationService(const std::string& spankPath,
                                               const std::vector<std::string>& args);
+    // The steps of a launch, in their order.
+    static void writeLauncherScript(const std::string& path, const std::string& text);
+    static void makeNamedPipes(const std::string& folder);
+    std::shared_ptr<platform::Process> makeRunner(const std::string& command) const;
+    void readOutputOf(platform::Process& runner);
+    void awaitEndOf(platform::Process& runner);
+    void launched(std::shared_ptr<platform::Process> runner);
+    void failedToLaunch(const platform::LaunchError& error);
+    void removeLater(const std::string& path) const;
+
     void parseOutput(std::string_view text);
-    void handleLine(std::string_view piece);
+    void handleLine(std::string_view line);
     void handleJSON(const DetectorEvent& event, std::string_view line);
     void countSlap();
     void startAfterPause();
 
     std::shared_ptr<platform::Process> spankProcess;
-    // Neither pipe is ever filled: the launch keeps the output pipe, and the detector's standard
-    // input is never connected. stop() still asks for the second.
+    // Two pipes that stay empty and a name that nobody reads: the controller's contract has them.
+    // The launch keeps the output pipe to itself, the detector's standard input is never connected,
+    // though stop() asks for its pipe, and the search for the detector knows the name by itself.
     std::optional<platform::Pipe> stdoutPipe;
     std::optional<platform::Pipe> stdinPipe;
-    std::string outputBuffer;
     const std::string spankBinaryName{"spank"};
+    std::string outputBuffer;
 
     const platform::Platform platform;
 };

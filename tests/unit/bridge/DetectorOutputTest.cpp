@@ -3,7 +3,7 @@
 
 #include <limits>
 
-#include "bridge/OutputLines.h"
+#include "bridge/DetectorOutput.h"
 #include "tests/support/TestPlatform.h"
 
 namespace bonkora {

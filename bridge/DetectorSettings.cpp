@@ -1,4 +1,4 @@
-#include "bridge/CommandLine.h"
+#include "bridge/DetectorSettings.h"
 
 #include "platform/Text.h"
 
