@@ -11,7 +11,7 @@ namespace bonkora::bench {
 
 namespace {
 
-namespace voices = detector::voices;
+namespace synthesis = detector::synthesis;
 
 // Noise whose power falls with the frequency, as rooms and circuits have it.
 void addPinkNoise(Segment& segment, double level, Random& random, std::size_t axis = 0) {
@@ -89,8 +89,8 @@ void addTyping(Segment& segment, Random& random) {
 
 // Syllables of a consonant's burst and a vowel, in words, in sentences.
 std::vector<double> sentence(double rate, Random& random) {
-    constexpr std::array<voices::Vowel, 5> vowels{voices::ah, voices::eh, voices::ee, voices::oh,
-                                                  voices::oo};
+    constexpr std::array<synthesis::Vowel, 5> vowels{synthesis::ah, synthesis::eh, synthesis::ee,
+                                                     synthesis::oh, synthesis::oo};
     const double pitch = random.scaled(90.0, 260.0);
     const double throat = pitch > 160.0 ? 1.15 : 1.0;
     std::vector<double> speech;
@@ -100,7 +100,7 @@ std::vector<double> sentence(double rate, Random& random) {
         if (random.even(0.0, 1.0) < 0.7) {  // a plosive or a hiss before the vowel
             const bool plosive = random.even(0.0, 1.0) < 0.6;
             const double length = plosive ? random.even(0.004, 0.03) : random.even(0.05, 0.15);
-            voices::Utterance hiss;
+            synthesis::Utterance hiss;
             hiss.duration = length;
             hiss.pitch = {{{0.0, 100.0}}};
             hiss.breath = {{{0.0, 1.0}}};
@@ -108,11 +108,11 @@ std::vector<double> sentence(double rate, Random& random) {
             hiss.from = {random.even(500.0, 2500.0), 2500.0, 4000.0, 6000.0};
             hiss.loudness = {{{0.0, plosive ? 1.0 : 0.1}, {0.4 * length, 1.0}, {length, 0.0}}};
             hiss.seed = static_cast<std::uint32_t>(random.below(1U << 30U));
-            voices::mix(speech, voices::speak(hiss), time, random.even(0.1, 0.8));
+            synthesis::mix(speech, synthesis::speak(hiss), time, random.even(0.1, 0.8));
             time += 0.8 * length + (plosive ? random.even(0.0, 0.04) : 0.0);
         }
         const double length = random.even(0.08, 0.28);
-        voices::Utterance vowel;
+        synthesis::Utterance vowel;
         vowel.duration = length;
         const double high = pitch * random.even(0.85, 1.3);
         vowel.pitch = {{{0.0, high}, {length, high * random.even(0.8, 1.05)}}};
@@ -125,11 +125,11 @@ std::vector<double> sentence(double rate, Random& random) {
         vowel.throat = throat;
         vowel.roughness = 0.02;
         vowel.seed = static_cast<std::uint32_t>(random.below(1U << 30U));
-        voices::mix(speech, voices::speak(vowel), time, random.even(0.4, 1.0));
+        synthesis::mix(speech, synthesis::speak(vowel), time, random.even(0.4, 1.0));
         time += length * 0.9 + (random.even(0.0, 1.0) < 0.3 ? random.even(0.02, 0.2) : 0.0);
     }
-    voices::finish(speech, 1.0);
-    return resampled(speech, voices::sampleRate, rate);
+    synthesis::finish(speech, 1.0);
+    return resampled(speech, synthesis::sampleRate, rate);
 }
 
 void addSpeech(Segment& segment, Random& random) {

@@ -97,10 +97,10 @@ std::vector<std::vector<double>> readSpeech(bool isTuning) {
 
 std::vector<std::vector<double>> ownVoice() {
     std::vector<std::vector<double>> sounds;
-    namespace voices = detector::voices;
-    for (const auto& set : {voices::pain(), voices::sexy(), voices::halo()}) {
+    namespace synthesis = detector::synthesis;
+    for (const auto& set : {synthesis::pain(), synthesis::sexy(), synthesis::halo()}) {
         for (const auto& sound : set) {
-            sounds.push_back(resampled(sound, voices::sampleRate, soundRate));
+            sounds.push_back(resampled(sound, synthesis::sampleRate, soundRate));
         }
     }
     return sounds;

@@ -18,7 +18,7 @@ namespace {
 
 constexpr int sampleRate = 44100;  // samples a second
 constexpr int chunkSize = 512;     // samples; the device asks for them every 11.6 ms
-constexpr int voices = 16;         // sounds at the same time
+constexpr int channels = 16;       // sounds at the same time
 
 // SDL's mixer, open for as long as one of these lives.
 class Mixer {
@@ -40,7 +40,7 @@ class Mixer {
             return nullptr;
         }
         Mix_Init(MIX_INIT_MP3 | MIX_INIT_OGG | MIX_INIT_FLAC);
-        Mix_AllocateChannels(voices);
+        Mix_AllocateChannels(channels);
         return std::make_unique<Mixer>(Key{}, std::move(sdl));
     }
 
@@ -119,7 +119,7 @@ class MixedVoice final : public Voice {
     std::unique_ptr<SoundShelf> builtIn;
     std::unique_ptr<SoundShelf> custom;
     // What each channel plays must stay in memory; the channel's next sound takes its place.
-    std::array<Sound, voices> sounding;
+    std::array<Sound, channels> sounding;
     std::optional<std::string> complaint;
 };
 

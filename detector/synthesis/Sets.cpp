@@ -5,7 +5,7 @@
 
 #include "detector/synthesis/Throat.h"
 
-namespace bonkora::detector::voices {
+namespace bonkora::detector::synthesis {
 
 namespace {
 
@@ -148,4 +148,4 @@ std::vector<Waveform> halo() {
     return sounds;
 }
 
-}  // namespace bonkora::detector::voices
+}  // namespace bonkora::detector::synthesis

@@ -3,7 +3,7 @@
 #include <cmath>
 #include <numbers>
 
-namespace bonkora::detector::voices {
+namespace bonkora::detector::synthesis {
 
 namespace {
 
@@ -99,4 +99,4 @@ Waveform speak(const Utterance& utterance) {
     return sound;
 }
 
-}  // namespace bonkora::detector::voices
+}  // namespace bonkora::detector::synthesis

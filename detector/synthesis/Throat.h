@@ -7,7 +7,7 @@
 
 #include "detector/synthesis/Waveform.h"
 
-namespace bonkora::detector::voices {
+namespace bonkora::detector::synthesis {
 
 // The first four resonances in Hz, of an average grown-up; phonetics textbooks agree on them
 // within a tenth.
@@ -35,4 +35,4 @@ struct Utterance {
 
 Waveform speak(const Utterance& utterance);
 
-}  // namespace bonkora::detector::voices
+}  // namespace bonkora::detector::synthesis

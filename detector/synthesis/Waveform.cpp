@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <fstream>
 
-namespace bonkora::detector::voices {
+namespace bonkora::detector::synthesis {
 
 namespace {
 
@@ -97,4 +97,4 @@ bool writeWav(const std::string& path, const Waveform& sound) {
     return !file.fail();
 }
 
-}  // namespace bonkora::detector::voices
+}  // namespace bonkora::detector::synthesis

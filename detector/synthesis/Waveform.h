@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-namespace bonkora::detector::voices {
+namespace bonkora::detector::synthesis {
 
 inline constexpr int sampleRate = 22050;  // samples a second; a voice needs no more
 
@@ -33,4 +33,4 @@ void finish(Waveform& sound, double peak);
 // 16-bit WAV. False when the file cannot be written.
 bool writeWav(const std::string& path, const Waveform& sound);
 
-}  // namespace bonkora::detector::voices
+}  // namespace bonkora::detector::synthesis

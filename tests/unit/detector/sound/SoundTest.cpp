@@ -105,7 +105,7 @@ class VoiceTest : public testing::Test {
         ::setenv("SDL_AUDIODRIVER", "dummy", 1);
         settings.soundsFolder = folder.makeFolder("sounds");
         folder.makeFolder("sounds/pain");
-        voices::writeWav(folder / "sounds/pain/1.wav", voices::pain().front());
+        synthesis::writeWav(folder / "sounds/pain/1.wav", synthesis::pain().front());
     }
     void TearDown() override { ::unsetenv("SDL_AUDIODRIVER"); }
 
@@ -160,29 +160,6 @@ TEST_F(VoiceTest, withoutASoundDeviceThereIsNoVoice) {
     const auto opened = Voice::open(settings);
     ASSERT_EQ(opened.index(), 1U);
     EXPECT_THAT(std::get<1>(opened), HasSubstr("no sound device"));
-}
-
-TEST(VoicesTest, everySoundIsWholeAndSwellsTooSlowlyToBeTakenForAKnock) {
-    for (const auto& set : {voices::pain(), voices::sexy(), voices::halo()}) {
-        EXPECT_GE(set.size(), 6U);
-        for (const auto& sound : set) {
-            double loudest = 0.0;
-            double atOnce = 0.0;
-            for (std::size_t i = 0; i < sound.size(); ++i) {
-                loudest = std::max(loudest, std::abs(sound[i]));
-                atOnce = i < voices::sampleRate / 200 ? loudest : atOnce;
-            }
-            EXPECT_GT(loudest, 0.3);
-            EXPECT_LE(loudest, 1.0);
-            EXPECT_LT(atOnce, 0.3 * loudest);
-            EXPECT_LT(std::abs(sound.back()), 0.02);
-        }
-    }
-}
-
-TEST(VoicesTest, theSameSoundsComeOutEveryTime) {
-    EXPECT_EQ(voices::pain(), voices::pain());
-    EXPECT_EQ(voices::halo(), voices::halo());
 }
 
 }  // namespace
