@@ -8,9 +8,9 @@
 #include <span>
 #include <vector>
 
+#include "detector/Signal.h"
 #include "detector/detection/Filter.h"
 #include "detector/detection/Tuning.h"
-#include "detector/sensing/Sensor.h"
 
 namespace bonkora::detector {
 

@@ -2,7 +2,7 @@
 // figures in docs/detection.md come from other signals.
 #pragma once
 
-#include "detector/sensing/Sensor.h"
+#include "detector/Signal.h"
 
 namespace bonkora::detector {
 

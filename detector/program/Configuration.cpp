@@ -4,7 +4,7 @@
 #include <optional>
 
 #include "detector/program/Options.h"
-#include "detector/sensing/SmallFile.h"
+#include "detector/sensing/SystemFiles.h"
 #include "platform/Text.h"
 
 namespace bonkora::detector {

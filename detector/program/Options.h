@@ -4,12 +4,13 @@
 #include <chrono>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <variant>
 #include <vector>
 
-namespace bonkora::detector {
+#include "detector/sound/SoundChoice.h"
 
-enum class SoundSet { pain, sexy, halo, custom };
+namespace bonkora::detector {
 
 struct Options {
     enum class Task { listen, listSensors, showHelp, showVersion };
@@ -43,5 +44,10 @@ std::variant<Options, UsageError> parseOptions(const std::vector<std::string>& a
 
 // Whether `text` names a sensor: "auto", "accelerometer", "microphone" or "file:" and a path.
 bool isSensorChoice(const std::string& text);
+
+// What the detector says about itself. Nothing here may contain the letters that an application
+// counts in plain lines (see docs/detector-protocol.md).
+extern const std::string_view helpText;     // several lines, without the last line feed
+extern const std::string_view versionText;  // one line, without line feed
 
 }  // namespace bonkora::detector

@@ -4,7 +4,6 @@
 
 #include "detector/sensing/Microphone.h"
 #include "detector/sensing/Recording.h"
-#include "detector/sensing/RecordingSensor.h"
 #include "platform/Text.h"
 
 namespace bonkora::detector {

@@ -6,8 +6,7 @@
 #include <system_error>
 
 #include "detector/Number.h"
-#include "detector/sensing/HeldSettings.h"
-#include "detector/sensing/SmallFile.h"
+#include "detector/sensing/SystemFiles.h"
 #include "platform/Text.h"
 
 namespace bonkora::detector {

@@ -11,9 +11,8 @@
 #include <utility>
 
 #include "detector/sensing/Accelerometers.h"
-#include "detector/sensing/HeldSettings.h"
 #include "detector/sensing/ScanLayout.h"
-#include "detector/sensing/SmallFile.h"
+#include "detector/sensing/SystemFiles.h"
 #include "platform/Text.h"
 #include "platform/UniqueDescriptor.h"
 

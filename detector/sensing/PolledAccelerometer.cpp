@@ -7,8 +7,7 @@
 
 #include "detector/Number.h"
 #include "detector/sensing/Accelerometers.h"
-#include "detector/sensing/HeldSettings.h"
-#include "detector/sensing/SmallFile.h"
+#include "detector/sensing/SystemFiles.h"
 #include "detector/sensing/Ticker.h"
 #include "platform/Text.h"
 

@@ -1,6 +1,9 @@
 #include "detector/sensing/Recording.h"
 
-#include "detector/sensing/SmallFile.h"
+#include <algorithm>
+#include <utility>
+
+#include "detector/sensing/SystemFiles.h"
 #include "platform/Text.h"
 
 namespace bonkora::detector {
@@ -19,6 +22,23 @@ std::variant<Recording, RecordingError> readRecording(const std::string& path) {
     const bool isWav =
         bytes->starts_with("RIFF") || platform::lowercasedAscii(path).ends_with(".wav");
     return isWav ? parseWav(*bytes) : parseCsv(*bytes);
+}
+
+RecordingSensor::RecordingSensor(Recording recording, std::string name,
+                                 std::unique_ptr<Ticker> theTicker)
+    : about{recording.kind, std::move(name), recording.rate},
+      recorded(std::move(recording.frames)),
+      ticker(std::move(theTicker)) {}
+
+SensorState RecordingSensor::read(std::vector<Frame>& frames) {
+    const std::chrono::duration<double> passed = step * static_cast<double>(ticker->take());
+    due += passed.count() * about.rate;
+    const auto end = due < static_cast<double>(recorded.size()) ? static_cast<std::size_t>(due)
+                                                                : recorded.size();
+    frames.insert(frames.end(), recorded.begin() + static_cast<std::ptrdiff_t>(next),
+                  recorded.begin() + static_cast<std::ptrdiff_t>(end));
+    next = end;
+    return {next == recorded.size() ? SensorState::Kind::ended : SensorState::Kind::listening, {}};
 }
 
 }  // namespace bonkora::detector

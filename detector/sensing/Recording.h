@@ -1,12 +1,16 @@
-// Recording: a sensor's readings in a file. Values; any thread.
+// Recording: a sensor's readings in a file, and a sensor that reads them out.
 #pragma once
 
+#include <chrono>
+#include <cstddef>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <variant>
 #include <vector>
 
 #include "detector/sensing/Sensor.h"
+#include "detector/sensing/Ticker.h"
 
 namespace bonkora::detector {
 
@@ -31,5 +35,25 @@ std::variant<Recording, RecordingError> parseCsv(std::string_view text);
 
 // The file at `path`: WAV when it begins like one or is called so, CSV otherwise.
 std::variant<Recording, RecordingError> readRecording(const std::string& path);
+
+// Reads out a recording as if it happened now.
+class RecordingSensor final : public Sensor {
+  public:
+    // What one tick stands for.
+    static constexpr std::chrono::milliseconds step{5};
+
+    RecordingSensor(Recording recording, std::string name, std::unique_ptr<Ticker> ticker);
+
+    const SensorDescription& description() const override { return about; }
+    int descriptor() const override { return ticker->descriptor(); }
+    SensorState read(std::vector<Frame>& frames) override;
+
+  private:
+    const SensorDescription about;
+    const std::vector<Frame> recorded;
+    const std::unique_ptr<Ticker> ticker;
+    double due = 0.0;  // readings
+    std::size_t next = 0;
+};
 
 }  // namespace bonkora::detector

@@ -2,22 +2,12 @@
 // when there is something to read.
 #pragma once
 
-#include <array>
 #include <string>
-#include <string_view>
 #include <vector>
 
+#include "detector/Signal.h"
+
 namespace bonkora::detector {
-
-// One reading. An accelerometer's three axes in g, gravity included; a microphone's pressure as a
-// fraction of full scale in the first place, the others 0.
-using Frame = std::array<float, 3>;
-
-enum class SensorKind { accelerometer, microphone };
-
-constexpr std::string_view nameOf(SensorKind kind) {
-    return kind == SensorKind::accelerometer ? "accelerometer" : "microphone";
-}
 
 struct SensorDescription {
     SensorKind kind = SensorKind::microphone;

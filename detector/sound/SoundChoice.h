@@ -4,11 +4,10 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
-#include <random>
-
-#include "detector/program/Options.h"
 
 namespace bonkora::detector {
+
+enum class SoundSet { pain, sexy, halo, custom };
 
 class SoundChoice {
   public:

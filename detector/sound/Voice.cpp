@@ -3,18 +3,21 @@
 #include <SDL.h>
 #include <SDL_mixer.h>
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <random>
 #include <utility>
 
 #include "detector/SdlSystem.h"
-#include "detector/sound/Loudness.h"
 #include "detector/sound/SoundShelf.h"
 
 namespace bonkora::detector {
 
 namespace {
+
+constexpr double range = 26.0;  // dB between the softest answer and the loudest
+constexpr double lowestMinimum = 0.001;
 
 constexpr int sampleRate = 44100;  // samples a second
 constexpr int chunkSize = 512;     // samples; the device asks for them every 11.6 ms
@@ -124,6 +127,21 @@ class MixedVoice final : public Voice {
 };
 
 }  // namespace
+
+double fullForce(SensorKind kind) {
+    return kind == SensorKind::microphone ? 1.0 : 4.0;
+}
+
+double loudnessFor(double amplitude, double minAmplitude, SensorKind kind) {
+    const double softest = std::max(minAmplitude, lowestMinimum);
+    const double loudest = fullForce(kind);
+    if (softest >= loudest) {
+        return 1.0;
+    }
+    const double part =
+        std::log(std::max(amplitude, softest) / softest) / std::log(loudest / softest);
+    return std::pow(10.0, range / 20.0 * (std::min(part, 1.0) - 1.0));
+}
 
 std::variant<std::unique_ptr<Voice>, std::string> Voice::open(const Settings& settings) {
     auto mixer = Mixer::open();

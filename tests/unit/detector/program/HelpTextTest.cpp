@@ -1,4 +1,4 @@
-#include "detector/program/HelpText.h"
+#include "detector/program/Options.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -5,8 +5,6 @@
 
 #include <cstring>
 
-#include "detector/sensing/RecordingSensor.h"
-
 namespace bonkora::detector {
 
 namespace {

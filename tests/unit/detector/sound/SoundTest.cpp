@@ -5,7 +5,6 @@
 #include <cstdlib>
 #include <map>
 
-#include "detector/sound/Loudness.h"
 #include "detector/sound/SoundChoice.h"
 #include "detector/sound/SoundFiles.h"
 #include "detector/sound/Voice.h"

@@ -11,7 +11,6 @@
 
 #include "detector/program/Configuration.h"
 #include "detector/program/EventWriter.h"
-#include "detector/program/HelpText.h"
 #include "detector/program/Listener.h"
 #include "detector/program/Options.h"
 #include "detector/program/Requester.h"

@@ -1,0 +1,45 @@
+// The small files in which the system says what it has and takes how it shall be: read whole, or
+// held at values of ours.
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/UniqueDescriptor.h"
+
+namespace bonkora::detector {
+
+// Nothing when there is no such regular file, it cannot be read or holds more than `limit` bytes.
+// Never waits: a pipe or a device of that name is refused.
+std::optional<std::string> readSmallFile(const std::string& path, std::size_t limit = 4096);
+
+// The first line of it, trimmed, or nothing.
+std::optional<std::string> readAttribute(const std::string& path);
+
+// The whole attribute as a finite number, or nothing.
+std::optional<double> readNumber(const std::string& path);
+
+// Attribute files that are kept at values of ours and get their own back, the last one first, when
+// the object goes. The files stay open meanwhile, so that this also works for a program that has
+// given up its rights since.
+class HeldSettings {
+  public:
+    HeldSettings() = default;
+    HeldSettings(const HeldSettings&) = delete;
+    HeldSettings& operator=(const HeldSettings&) = delete;
+    ~HeldSettings();
+
+    // False when the file is missing, may not be written or refuses the value.
+    bool hold(const std::string& path, const std::string& value);
+
+  private:
+    struct Setting {
+        platform::UniqueDescriptor file;
+        std::string before;
+    };
+    std::vector<Setting> settings;
+};
+
+}  // namespace bonkora::detector
