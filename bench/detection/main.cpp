@@ -42,9 +42,8 @@ struct RecordedKnock {
 };
 
 std::vector<double> readSound(const std::string& path) {
-    const auto result = detector::readRecording(path);
-    const auto* const recording = std::get_if<detector::Recording>(&result);
-    if (recording == nullptr) {
+    const auto recording = detector::readRecording(path);
+    if (!recording) {
         return {};
     }
     std::vector<double> sound;

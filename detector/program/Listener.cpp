@@ -96,12 +96,12 @@ bool Listener::asksToQuit() {
 
 void Listener::open() {
     auto opened = openSensor();
-    if (const auto* const reason = std::get_if<std::string>(&opened)) {
+    if (!opened) {
         complain();
-        lose("no sensor: " + *reason);
+        lose("no sensor: " + opened.error());
         return;
     }
-    sensor = std::get<0>(std::move(opened));
+    sensor = *std::move(opened);
     const auto& about = sensor->description();
     detector = std::make_unique<KnockDetector>(about.kind, about.rate, settings.sensitivity);
     lastReason.clear();

@@ -5,7 +5,6 @@
 #include <functional>
 #include <memory>
 #include <string>
-#include <variant>
 #include <vector>
 
 #include "detector/detection/KnockDetector.h"
@@ -18,7 +17,7 @@ namespace bonkora::detector {
 class Listener {
   public:
     // The open sensor, or why there is none.
-    using OpenSensor = std::function<std::variant<std::unique_ptr<Sensor>, std::string>()>;
+    using OpenSensor = std::function<OpenedSensor()>;
 
     struct Settings {
         Sensitivity sensitivity;

@@ -12,12 +12,12 @@ class Parser {
   public:
     explicit Parser(const std::vector<std::string>& theArguments) : arguments(theArguments) {}
 
-    std::variant<Options, UsageError> parse() {
+    platform::Result<Options> parse() {
         while (next < arguments.size() && !error) {
             parseOption(arguments[next++]);
         }
         if (error) {
-            return *error;
+            return platform::Failed{*error};
         }
         return options;
     }
@@ -104,19 +104,19 @@ class Parser {
 
     void refuse(const char* reason) {
         if (!error) {
-            error = UsageError{reason};
+            error = reason;
         }
     }
 
     const std::vector<std::string>& arguments;
     std::size_t next = 0;
     Options options;
-    std::optional<UsageError> error;
+    std::optional<std::string> error;
 };
 
 }  // namespace
 
-std::variant<Options, UsageError> parseOptions(const std::vector<std::string>& arguments) {
+platform::Result<Options> parseOptions(const std::vector<std::string>& arguments) {
     return Parser(arguments).parse();
 }
 

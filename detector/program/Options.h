@@ -5,10 +5,10 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <variant>
 #include <vector>
 
 #include "detector/sound/SoundChoice.h"
+#include "platform/Result.h"
 
 namespace bonkora::detector {
 
@@ -34,13 +34,8 @@ struct Options {
     std::string deviceRoot = "/dev";
 };
 
-// Why a command line was refused, without any text of the caller's own.
-struct UsageError {
-    std::string reason;
-};
-
-// `arguments` without the program's name.
-std::variant<Options, UsageError> parseOptions(const std::vector<std::string>& arguments);
+// `arguments` without the program's name. A refusal holds no text of the caller's own.
+platform::Result<Options> parseOptions(const std::vector<std::string>& arguments);
 
 // Whether `text` names a sensor: "auto", "accelerometer", "microphone" or "file:" and a path.
 bool isSensorChoice(const std::string& text);

@@ -49,22 +49,22 @@ void enterSession(const Requester& requester) {
 
 }  // namespace
 
-std::variant<std::monostate, Requester, std::string> findRequester() {
+platform::Result<std::optional<Requester>> findRequester() {
     const char* const text = std::getenv("PKEXEC_UID");
     if (::geteuid() != 0 || text == nullptr) {
-        return std::monostate{};
+        return std::nullopt;
     }
     // The highest number stands for "no user" with the system.
     const auto user = parseNumber<uid_t>(text);
     if (!user || *user == std::numeric_limits<uid_t>::max()) {
-        return std::string{"PKEXEC_UID is no user's number"};
+        return platform::Failed{"PKEXEC_UID is no user's number"};
     }
     if (*user == 0) {
-        return std::monostate{};
+        return std::nullopt;
     }
     const passwd* const entry = ::getpwuid(*user);
     if (entry == nullptr) {
-        return std::string{"PKEXEC_UID names an unknown user"};
+        return platform::Failed{"PKEXEC_UID names an unknown user"};
     }
     return Requester{*user, entry->pw_gid, entry->pw_name, entry->pw_dir};
 }

@@ -6,7 +6,8 @@
 
 #include <optional>
 #include <string>
-#include <variant>
+
+#include "platform/Result.h"
 
 namespace bonkora::detector {
 
@@ -18,8 +19,8 @@ struct Requester {
 };
 
 // Who asked, by PKEXEC_UID: nobody when this program does not run as root or polkit is not behind
-// it; a text, for people, when the variable makes no sense.
-std::variant<std::monostate, Requester, std::string> findRequester();
+// it; refused when the variable makes no sense.
+platform::Result<std::optional<Requester>> findRequester();
 
 // Becomes that user for good: groups, user, home folder and the runtime folder in which the user's
 // sound session lies. False unless every right of root is verifiably gone; the program must then

@@ -10,21 +10,18 @@ namespace bonkora::detector {
 
 namespace {
 
-using Opened = std::variant<std::unique_ptr<Sensor>, std::string>;
-
-Opened openRecording(const std::string& path, bool asFastAsPossible) {
+OpenedSensor openRecording(const std::string& path, bool asFastAsPossible) {
     auto read = readRecording(path);
-    if (const auto* const error = std::get_if<RecordingError>(&read)) {
-        return "recording " + path + ": " + error->reason;
+    if (!read) {
+        return platform::Failed{"recording " + path + ": " + read.error()};
     }
     constexpr std::uint64_t stepsAtOnce = 20;
     auto ticker =
         asFastAsPossible ? Ticker::always(stepsAtOnce) : Ticker::every(RecordingSensor::step);
     if (!ticker) {
-        return "the system has no timer to give";
+        return platform::Failed{"the system has no timer to give"};
     }
-    return std::make_unique<RecordingSensor>(std::get<Recording>(std::move(read)), path,
-                                             std::move(ticker));
+    return std::make_unique<RecordingSensor>(*std::move(read), path, std::move(ticker));
 }
 
 }  // namespace
@@ -39,27 +36,29 @@ std::vector<OpenedAccelerometer> openAccelerometers(const SystemRoots& roots) {
 }
 
 // NOLINTNEXTLINE(performance-unnecessary-value-param): the chosen sensor is moved out of it
-Opened chooseAccelerometer(const SensorChoice& choice, std::vector<OpenedAccelerometer> opened) {
+OpenedSensor chooseAccelerometer(const SensorChoice& choice,
+                                 std::vector<OpenedAccelerometer> opened) {
     std::string reason = "none is there";
     for (auto& [files, sensor] : opened) {
         if (!choice.device.empty() && choice.device != files.name && choice.device != files.id) {
             continue;
         }
-        if (auto* const why = std::get_if<std::string>(&sensor)) {
-            reason = *why;
+        if (!sensor) {
+            reason = sensor.error();
             continue;
         }
-        const double rate = std::get<0>(sensor)->description().rate;
+        const double rate = (*sensor)->description().rate;
         if (choice.sensor != "auto" || rate >= lowestAutoRate) {
             return std::move(sensor);
         }
         reason =
             files.name + " gives only " + platform::fixedDecimal(rate, 0) + " readings a second";
     }
-    return reason;
+    return platform::Failed{reason};
 }
 
-Opened openSensor(const SensorChoice& choice, std::vector<OpenedAccelerometer> accelerometers) {
+OpenedSensor openSensor(const SensorChoice& choice,
+                        std::vector<OpenedAccelerometer> accelerometers) {
     if (choice.sensor.starts_with("file:")) {
         return openRecording(choice.sensor.substr(5), choice.asFastAsPossible);
     }
@@ -69,32 +68,30 @@ Opened openSensor(const SensorChoice& choice, std::vector<OpenedAccelerometer> a
             accelerometers = openAccelerometers(choice.roots);
         }
         auto opened = chooseAccelerometer(choice, std::move(accelerometers));
-        if (opened.index() == 0) {
+        if (opened) {
             return opened;
         }
-        lookedFor += "an accelerometer (" + std::get<std::string>(opened) + ")";
+        lookedFor += "an accelerometer (" + opened.error() + ")";
     }
     if (choice.sensor == "auto") {
         lookedFor += " and ";
     }
     if (choice.sensor != "accelerometer") {
         auto opened = openMicrophone(choice.device);
-        if (opened.index() == 0) {
+        if (opened) {
             return opened;
         }
-        lookedFor += "a microphone (" + std::get<std::string>(opened) + ")";
+        lookedFor += "a microphone (" + opened.error() + ")";
     }
-    return lookedFor;
+    return platform::Failed{lookedFor};
 }
 
 std::vector<std::string> listSensors(const SystemRoots& roots) {
     std::vector<std::string> lines;
     for (const auto& [files, sensor] : openAccelerometers(roots)) {
-        const auto* const open = std::get_if<0>(&sensor);
         const auto state =
-            open != nullptr
-                ? platform::fixedDecimal((*open)->description().rate, 0) + " readings a second"
-                : std::get<1>(sensor);
+            sensor ? platform::fixedDecimal((*sensor)->description().rate, 0) + " readings a second"
+                   : sensor.error();
         lines.push_back("accelerometer\t" + files.id + "\t" + files.name + "\t" + state);
     }
     for (const auto& name : findMicrophones()) {

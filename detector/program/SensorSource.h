@@ -3,7 +3,6 @@
 
 #include <memory>
 #include <string>
-#include <variant>
 #include <vector>
 
 #include "detector/sensing/Accelerometers.h"
@@ -23,20 +22,20 @@ inline constexpr double lowestAutoRate = 200.0;
 
 struct OpenedAccelerometer {
     AccelerometerFiles files;
-    std::variant<std::unique_ptr<Sensor>, std::string> sensor;  // or why it cannot be read
+    OpenedSensor sensor;
 };
 
 // All that are there, opened.
 std::vector<OpenedAccelerometer> openAccelerometers(const SystemRoots& roots);
 
 // The one that was chosen, the others being closed, or why it is none of them.
-std::variant<std::unique_ptr<Sensor>, std::string> chooseAccelerometer(
-    const SensorChoice& choice, std::vector<OpenedAccelerometer> opened);
+OpenedSensor chooseAccelerometer(const SensorChoice& choice,
+                                 std::vector<OpenedAccelerometer> opened);
 
 // The open sensor, or what was looked for and why nothing was found, for people. `accelerometers`
 // are taken where there are any, such as those that root has opened; otherwise it looks for itself.
-std::variant<std::unique_ptr<Sensor>, std::string> openSensor(
-    const SensorChoice& choice, std::vector<OpenedAccelerometer> accelerometers = {});
+OpenedSensor openSensor(const SensorChoice& choice,
+                        std::vector<OpenedAccelerometer> accelerometers = {});
 
 // One line for each sensor that is there.
 std::vector<std::string> listSensors(const SystemRoots& roots);

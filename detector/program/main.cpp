@@ -63,11 +63,11 @@ Voice::Settings voiceSettings(const Options& options, const Configuration& confi
 
 std::unique_ptr<Voice> openVoice(const Voice::Settings& settings, int standardError) {
     auto opened = Voice::open(settings);
-    if (const auto* const reason = std::get_if<std::string>(&opened)) {
-        platform::writeAll(standardError, "spank: " + *reason + "\n");
+    if (!opened) {
+        platform::writeAll(standardError, "spank: " + opened.error() + "\n");
         return nullptr;
     }
-    return std::get<0>(std::move(opened));
+    return *std::move(opened);
 }
 
 int listen(const Options& options, const platform::Bundle& bundle) {
@@ -79,11 +79,11 @@ int listen(const Options& options, const platform::Bundle& bundle) {
     std::vector<OpenedAccelerometer> accelerometers;
     const SystemRoots roots{options.sysfsRoot, options.deviceRoot};
     const auto requester = findRequester();
-    if (const auto* const problem = std::get_if<std::string>(&requester)) {
-        writer.error(*problem);
+    if (!requester) {
+        writer.error(requester.error());
         return 1;
     }
-    if (const auto* const user = std::get_if<Requester>(&requester)) {
+    if (const auto& user = *requester) {
         accelerometers = openAccelerometers(roots);
         if (!become(*user)) {
             writer.error("the rights of root could not be given up");
@@ -115,13 +115,12 @@ int run(const platform::Bundle& bundle) {
     if (!arguments.empty()) {
         arguments.erase(arguments.begin());  // the program's name
     }
-    const auto parsed = parseOptions(arguments);
-    if (const auto* const error = std::get_if<UsageError>(&parsed)) {
-        std::cerr << "spank: " << error->reason << "\n" << helpText << "\n";
+    const auto options = parseOptions(arguments);
+    if (!options) {
+        std::cerr << "spank: " << options.error() << "\n" << helpText << "\n";
         return 2;
     }
-    const auto& options = std::get<Options>(parsed);
-    switch (options.task) {
+    switch (options->task) {
         case Options::Task::showHelp:
             std::cout << helpText << std::endl;
             return 0;
@@ -129,14 +128,14 @@ int run(const platform::Bundle& bundle) {
             std::cout << versionText << std::endl;
             return 0;
         case Options::Task::listSensors:
-            for (const auto& line : listSensors({options.sysfsRoot, options.deviceRoot})) {
+            for (const auto& line : listSensors({options->sysfsRoot, options->deviceRoot})) {
                 std::cout << line << std::endl;
             }
             return 0;
         case Options::Task::listen:
             break;
     }
-    return listen(options, bundle);
+    return listen(*options, bundle);
 }
 
 }  // namespace

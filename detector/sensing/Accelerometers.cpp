@@ -106,10 +106,9 @@ std::optional<double> readAxisNumber(const std::string& folder, char axis,
     return own ? own : readNumber(folder + "/in_accel_" + attribute);
 }
 
-std::variant<std::unique_ptr<Sensor>, std::string> openAccelerometer(
-    const AccelerometerFiles& files, const SystemRoots& roots) {
+OpenedSensor openAccelerometer(const AccelerometerFiles& files, const SystemRoots& roots) {
     if (files.family == AccelerometerFiles::Family::industrialIo) {
-        if (auto sensor = openBuffered(files, roots); sensor.index() == 0) {
+        if (auto sensor = openBuffered(files, roots)) {
             return sensor;
         }
     }

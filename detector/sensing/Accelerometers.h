@@ -9,7 +9,6 @@
 #include <memory>
 #include <optional>
 #include <string>
-#include <variant>
 #include <vector>
 
 #include "detector/sensing/Sensor.h"
@@ -34,13 +33,11 @@ struct SystemRoots {
 std::vector<AccelerometerFiles> findAccelerometers(const SystemRoots& roots);
 
 // The open sensor, or why it cannot be read.
-std::variant<std::unique_ptr<Sensor>, std::string> openAccelerometer(
-    const AccelerometerFiles& files, const SystemRoots& roots);
+OpenedSensor openAccelerometer(const AccelerometerFiles& files, const SystemRoots& roots);
 
 // What openAccelerometer() tries in turn.
-std::variant<std::unique_ptr<Sensor>, std::string> openBuffered(const AccelerometerFiles& files,
-                                                                const SystemRoots& roots);
-std::variant<std::unique_ptr<Sensor>, std::string> openPolled(const AccelerometerFiles& files);
+OpenedSensor openBuffered(const AccelerometerFiles& files, const SystemRoots& roots);
+OpenedSensor openPolled(const AccelerometerFiles& files);
 
 // Sets the fastest rate up to 1600 readings a second that the device offers, where that may be
 // done, and tells the rate then in use; nothing when the device names none.

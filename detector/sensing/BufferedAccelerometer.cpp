@@ -181,16 +181,15 @@ class BufferedAccelerometer final : public Sensor {
 
 }  // namespace
 
-std::variant<std::unique_ptr<Sensor>, std::string> openBuffered(const AccelerometerFiles& files,
-                                                                const SystemRoots& roots) {
+OpenedSensor openBuffered(const AccelerometerFiles& files, const SystemRoots& roots) {
     const auto scan = readScan(files.folder);
     if (!scan || readAttribute(files.folder + "/buffer/enable").value_or("1") != "0") {
-        return "the accelerometer has no buffer, or another program uses it";
+        return platform::Failed{"the accelerometer has no buffer, or another program uses it"};
     }
     auto settings = std::make_unique<HeldSettings>();
     const auto rate = chooseRate(files.folder, *settings);
     if (!rate || !chooseChannels(files.folder, scan->timestamp.has_value(), *settings)) {
-        return "the accelerometer may not be set up";
+        return platform::Failed{"the accelerometer may not be set up"};
     }
     chooseTrigger(files, roots, *settings);
     // A quarter of a second of room, and news after 5 ms, or at each reading.
@@ -200,12 +199,12 @@ std::variant<std::unique_ptr<Sensor>, std::string> openBuffered(const Accelerome
     static_cast<void>(
         settings->hold(files.folder + "/buffer/watermark", platform::decimal(watermark)));
     if (!settings->hold(files.folder + "/buffer/enable", "1")) {
-        return "the accelerometer's buffer cannot be switched on";
+        return platform::Failed{"the accelerometer's buffer cannot be switched on"};
     }
     const std::string node = roots.devices + "/" + files.id;
     platform::UniqueDescriptor device{::open(node.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC)};
     if (!device) {
-        return "the accelerometer's device may not be opened";
+        return platform::Failed{"the accelerometer's device may not be opened"};
     }
     return std::make_unique<BufferedAccelerometer>(
         SensorDescription{SensorKind::accelerometer, files.name, *rate}, *scan, std::move(settings),

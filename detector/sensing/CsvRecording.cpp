@@ -69,13 +69,13 @@ std::vector<Frame> atEvenSteps(const std::vector<Row>& rows, double step) {
 
 }  // namespace
 
-std::variant<Recording, RecordingError> parseCsv(std::string_view text) {
+platform::Result<Recording> parseCsv(std::string_view text) {
     std::vector<Row> rows;
     for (int number = 1; !text.empty(); ++number) {
         auto line = text.substr(0, text.find('\n'));
         text.remove_prefix(std::min(text.size(), line.size() + 1));
         if (!platform::isValidUtf8(line)) {
-            return RecordingError{"it is neither WAV nor CSV"};
+            return platform::Failed{"it is neither WAV nor CSV"};
         }
         line = platform::trimmed(line);
         if (line.empty() || line.front() == '#') {
@@ -84,25 +84,25 @@ std::variant<Recording, RecordingError> parseCsv(std::string_view text) {
         const auto row = parseRow(line);
         const std::string where = "line " + platform::decimal(number);
         if (!row && number > 1) {
-            return RecordingError{where + " is not: time, x, y, z"};
+            return platform::Failed{where + " is not: time, x, y, z"};
         }
         if (row && !rows.empty() && row->time <= rows.back().time) {
-            return RecordingError{where + ": the time does not rise"};
+            return platform::Failed{where + ": the time does not rise"};
         }
         if (row) {
             rows.push_back(*row);
         }
     }
     if (rows.size() < 2) {
-        return RecordingError{"it holds fewer than two readings"};
+        return platform::Failed{"it holds fewer than two readings"};
     }
     const double step = medianStep(rows);
     if (!(step >= 1e-5 && step <= 0.1)) {
-        return RecordingError{"it has fewer than 10 or more than 100000 readings a second"};
+        return platform::Failed{"it has fewer than 10 or more than 100000 readings a second"};
     }
     // A file of a few lines must not stand for years of signal.
     if (rows.back().time - rows.front().time > 100.0 * step * static_cast<double>(rows.size())) {
-        return RecordingError{"most of its time is missing"};
+        return platform::Failed{"most of its time is missing"};
     }
     return Recording{SensorKind::accelerometer, 1.0 / step, atEvenSteps(rows, step)};
 }

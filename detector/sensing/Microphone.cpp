@@ -107,18 +107,18 @@ std::string preferredMicrophone() {
 
 }  // namespace
 
-std::variant<std::unique_ptr<Sensor>, std::string> openMicrophone(const std::string& device) {
+OpenedSensor openMicrophone(const std::string& device) {
     auto system = SdlSystem::start();
     if (!system) {
-        return std::string{"no sound system answers"};
+        return platform::Failed{"no sound system answers"};
     }
     // The count also has SDL forget what is gone: a microphone that returns gets its old name.
     if (SDL_GetNumAudioDevices(1) == 0) {
-        return std::string{"none is there"};
+        return platform::Failed{"none is there"};
     }
     platform::UniqueDescriptor event{::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)};
     if (!event) {
-        return std::string{"the system has no descriptor to give"};
+        return platform::Failed{"the system has no descriptor to give"};
     }
     auto ear = std::make_unique<Ear>(std::move(event));
     SDL_AudioSpec wanted{};
@@ -133,7 +133,7 @@ std::variant<std::unique_ptr<Sensor>, std::string> openMicrophone(const std::str
     const auto opened =
         SDL_OpenAudioDevice(name.empty() ? nullptr : name.c_str(), 1, &wanted, &obtained, 0);
     if (opened == 0) {
-        return std::string{"no microphone can be opened"};
+        return platform::Failed{"no microphone can be opened"};
     }
     return std::make_unique<Microphone>(std::move(system), std::move(ear), opened,
                                         name.empty() ? "default" : name);

@@ -3,7 +3,6 @@
 
 #include <memory>
 #include <string>
-#include <variant>
 #include <vector>
 
 #include "detector/sensing/Sensor.h"
@@ -11,7 +10,7 @@
 namespace bonkora::detector {
 
 // The open sensor, or why there is none. `device`: its name, or empty for the default one.
-std::variant<std::unique_ptr<Sensor>, std::string> openMicrophone(const std::string& device);
+OpenedSensor openMicrophone(const std::string& device);
 
 // The names of the recording devices that are there.
 std::vector<std::string> findMicrophones();

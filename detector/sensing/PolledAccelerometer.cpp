@@ -148,22 +148,22 @@ class PolledAccelerometer final : public Sensor {
 
 }  // namespace
 
-std::variant<std::unique_ptr<Sensor>, std::string> openPolled(const AccelerometerFiles& files) {
+OpenedSensor openPolled(const AccelerometerFiles& files) {
     auto settings = std::make_unique<HeldSettings>();
     auto source = files.family == AccelerometerFiles::Family::position
                       ? positionSource(files)
                       : industrialIoSource(files, *settings);
     if (!source) {
-        return "the accelerometer's files lack its scale";
+        return platform::Failed{"the accelerometer's files lack its scale"};
     }
     // Half of what is possible leaves the device's bus to others as well.
     const double rate = std::min({source->rate, measuredRate(source->read) / 2.0, highestRate});
     if (!(rate >= 1.0)) {
-        return "the accelerometer's files cannot be read";
+        return platform::Failed{"the accelerometer's files cannot be read"};
     }
     auto ticker = Ticker::every(std::chrono::nanoseconds{static_cast<std::int64_t>(1e9 / rate)});
     if (!ticker) {
-        return "the system has no timer to give";
+        return platform::Failed{"the system has no timer to give"};
     }
     return std::make_unique<PolledAccelerometer>(
         SensorDescription{SensorKind::accelerometer, files.name, rate}, std::move(source->read),

@@ -14,10 +14,10 @@ constexpr std::size_t largestRecording = 512UL * 1024 * 1024;  // bytes
 
 }  // namespace
 
-std::variant<Recording, RecordingError> readRecording(const std::string& path) {
+platform::Result<Recording> readRecording(const std::string& path) {
     const auto bytes = readSmallFile(path, largestRecording);
     if (!bytes) {
-        return RecordingError{"there is no such file, or it cannot be read"};
+        return platform::Failed{"there is no such file, or it cannot be read"};
     }
     const bool isWav =
         bytes->starts_with("RIFF") || platform::lowercasedAscii(path).ends_with(".wav");

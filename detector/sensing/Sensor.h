@@ -2,10 +2,12 @@
 // when there is something to read.
 #pragma once
 
+#include <memory>
 #include <string>
 #include <vector>
 
 #include "detector/Signal.h"
+#include "platform/Result.h"
 
 namespace bonkora::detector {
 
@@ -38,5 +40,8 @@ class Sensor {
     // Appends the readings that have arrived since the last call.
     virtual SensorState read(std::vector<Frame>& frames) = 0;
 };
+
+// The open sensor, or why there is none.
+using OpenedSensor = platform::Result<std::unique_ptr<Sensor>>;
 
 }  // namespace bonkora::detector

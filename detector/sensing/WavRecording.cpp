@@ -52,20 +52,20 @@ bool convert(const Sound& sound, std::vector<float>& samples) {
 
 }  // namespace
 
-std::variant<Recording, RecordingError> parseWav(std::string_view bytes) {
+platform::Result<Recording> parseWav(std::string_view bytes) {
     Sound sound;
     std::vector<float> samples;
     if (!load(bytes, sound)) {
-        return RecordingError{std::string{"it is no whole WAV file: "} + SDL_GetError()};
+        return platform::Failed{std::string{"it is no whole WAV file: "} + SDL_GetError()};
     }
     if (sound.format.freq < 4000 || sound.format.freq > 192000) {
-        return RecordingError{"its sampling rate lies outside 4 to 192 kHz"};
+        return platform::Failed{"its sampling rate lies outside 4 to 192 kHz"};
     }
     if (!convert(sound, samples)) {
-        return RecordingError{std::string{"its sound cannot be read: "} + SDL_GetError()};
+        return platform::Failed{std::string{"its sound cannot be read: "} + SDL_GetError()};
     }
     if (samples.empty()) {
-        return RecordingError{"it holds no sound"};
+        return platform::Failed{"it holds no sound"};
     }
     Recording recording{SensorKind::microphone, static_cast<double>(sound.format.freq), {}};
     recording.frames.reserve(samples.size());

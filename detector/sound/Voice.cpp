@@ -143,10 +143,10 @@ double loudnessFor(double amplitude, double minAmplitude, SensorKind kind) {
     return std::pow(10.0, range / 20.0 * (std::min(part, 1.0) - 1.0));
 }
 
-std::variant<std::unique_ptr<Voice>, std::string> Voice::open(const Settings& settings) {
+platform::Result<std::unique_ptr<Voice>> Voice::open(const Settings& settings) {
     auto mixer = Mixer::open();
     if (!mixer) {
-        return std::string{"there is no sound device; counting goes on without sound"};
+        return platform::Failed{"there is no sound device; counting goes on without sound"};
     }
     return std::make_unique<MixedVoice>(std::move(mixer), settings);
 }

@@ -4,10 +4,10 @@
 #include <memory>
 #include <optional>
 #include <string>
-#include <variant>
 
 #include "detector/Signal.h"
 #include "detector/sound/SoundChoice.h"
+#include "platform/Result.h"
 
 namespace bonkora::detector {
 
@@ -44,7 +44,7 @@ class Voice {
     };
 
     // The voice through the default sound device, or why there is none.
-    static std::variant<std::unique_ptr<Voice>, std::string> open(const Settings& settings);
+    static platform::Result<std::unique_ptr<Voice>> open(const Settings& settings);
 };
 
 }  // namespace bonkora::detector

@@ -117,7 +117,7 @@ TEST_F(ListenerTest, reportsReadyThenEachKnockAndAnswersIt) {
 }
 
 TEST_F(ListenerTest, withoutASensorSaysWhyAndOnceEndsWithStatus1) {
-    EXPECT_EQ(listen([] { return std::string{"looked everywhere"}; }), 1);
+    EXPECT_EQ(listen([] { return platform::Failed{"looked everywhere"}; }), 1);
     EXPECT_EQ(printed(), "{\"type\":\"error\",\"message\":\"no sensor: looked everywhere\"}\n");
 }
 

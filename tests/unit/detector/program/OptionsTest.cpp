@@ -10,15 +10,13 @@ using namespace std::chrono_literals;
 
 Options parsed(const std::vector<std::string>& arguments) {
     const auto result = parseOptions(arguments);
-    const auto* const error = std::get_if<UsageError>(&result);
-    EXPECT_EQ(error, nullptr) << (error != nullptr ? error->reason : "");
-    return error == nullptr ? std::get<Options>(result) : Options{};
+    EXPECT_TRUE(result) << result.error();
+    return result.value_or(Options{});
 }
 
 std::string refused(const std::vector<std::string>& arguments) {
     const auto result = parseOptions(arguments);
-    const auto* const error = std::get_if<UsageError>(&result);
-    return error != nullptr ? error->reason : "accepted";
+    return result ? "accepted" : result.error();
 }
 
 TEST(OptionsTest, takesTheApplicationsLongestCommandLine) {

@@ -55,8 +55,8 @@ class BufferedAccelerometerTest : public testing::Test {
     }
     std::unique_ptr<Sensor> open() const {
         auto opened = openBuffered(findAccelerometers(roots).at(0), roots);
-        EXPECT_EQ(opened.index(), 0U) << std::get<1>(opened);
-        return std::get<0>(std::move(opened));
+        EXPECT_TRUE(opened) << opened.error();
+        return *std::move(opened);
     }
 
     // One scan as the kernel writes it: three axes of 12 bits, two bytes of padding, the time.
@@ -172,21 +172,21 @@ TEST_F(BufferedAccelerometerTest, aDeviceThatIsRemovedIsLost) {
 
 TEST_F(BufferedAccelerometerTest, aDeviceThatAnotherProgramReadsIsLeftAlone) {
     write("buffer/enable", "1");
-    EXPECT_EQ(openBuffered(findAccelerometers(roots).at(0), roots).index(), 1U);
+    EXPECT_FALSE(openBuffered(findAccelerometers(roots).at(0), roots));
     EXPECT_EQ(content("sampling_frequency"), "100");
 }
 
 TEST_F(BufferedAccelerometerTest, withoutItsDeviceTheFilesArePolled) {
     ASSERT_EQ(::unlink((folder / "dev/iio:device0").c_str()), 0);
     auto opened = openAccelerometer(findAccelerometers(roots).at(0), roots);
-    ASSERT_EQ(opened.index(), 0U) << std::get<1>(opened);
+    ASSERT_TRUE(opened) << opened.error();
     EXPECT_EQ(content("buffer/enable"), "0");
 }
 
 TEST_F(BufferedAccelerometerTest, aTypeThatCannotBeIsNotGuessedAt) {
     for (const char* const type : {"", "le:s12/16>>5", "nonsense", "le:s12/17>>0"}) {
         write("scan_elements/in_accel_y_type", type);
-        EXPECT_EQ(openBuffered(findAccelerometers(roots).at(0), roots).index(), 1U) << type;
+        EXPECT_FALSE(openBuffered(findAccelerometers(roots).at(0), roots)) << type;
     }
 }
 

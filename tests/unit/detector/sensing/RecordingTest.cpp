@@ -37,15 +37,14 @@ std::string wav(std::uint32_t rate, std::uint32_t channels, const std::vector<in
     return bytes;
 }
 
-std::string reasonOf(const std::variant<Recording, RecordingError>& result) {
-    const auto* const error = std::get_if<RecordingError>(&result);
-    return error != nullptr ? error->reason : "accepted";
+std::string reasonOf(const platform::Result<Recording>& result) {
+    return result ? "accepted" : result.error();
 }
 
 TEST(RecordingTest, aWavGivesItsSamplesAsFractionsOfFullScale) {
     const auto result = parseWav(wav(8000, 1, {0, 16384, -32768}));
     ASSERT_EQ(reasonOf(result), "accepted");
-    const auto& recording = std::get<Recording>(result);
+    const auto& recording = *result;
     EXPECT_EQ(recording.kind, SensorKind::microphone);
     EXPECT_EQ(recording.rate, 8000.0);
     ASSERT_EQ(recording.frames.size(), 3U);
@@ -56,7 +55,7 @@ TEST(RecordingTest, aWavGivesItsSamplesAsFractionsOfFullScale) {
 TEST(RecordingTest, theChannelsOfAWavAreAveraged) {
     const auto result = parseWav(wav(48000, 2, {16384, 0, 0, -16384}));
     ASSERT_EQ(reasonOf(result), "accepted");
-    const auto& frames = std::get<Recording>(result).frames;
+    const auto& frames = result->frames;
     ASSERT_EQ(frames.size(), 2U);
     EXPECT_NEAR(frames[0][0], 0.25F, 1e-4F);
     EXPECT_NEAR(frames[1][0], -0.25F, 1e-4F);
@@ -87,7 +86,7 @@ TEST(RecordingTest, aCsvGivesItsReadingsAtTheirMedianStep) {
         "time,x,y,z\n# lying on a table\n0,0,0,1\n0.0025, 0.5 ,-1,1\r\n"
         "0.005,0,0,1\n");
     ASSERT_EQ(reasonOf(result), "accepted");
-    const auto& recording = std::get<Recording>(result);
+    const auto& recording = *result;
     EXPECT_EQ(recording.kind, SensorKind::accelerometer);
     EXPECT_NEAR(recording.rate, 400.0, 1e-6);
     ASSERT_EQ(recording.frames.size(), 3U);
@@ -97,7 +96,7 @@ TEST(RecordingTest, aCsvGivesItsReadingsAtTheirMedianStep) {
 TEST(RecordingTest, aGapInACsvIsBridgedSoThatTimeStaysTrue) {
     const auto result = parseCsv("0,0,0,0\n0.01,1,0,0\n0.02,2,0,0\n0.05,5,0,0\n0.06,6,0,0\n");
     ASSERT_EQ(reasonOf(result), "accepted");
-    const auto& frames = std::get<Recording>(result).frames;
+    const auto& frames = result->frames;
     ASSERT_EQ(frames.size(), 7U);
     EXPECT_NEAR(frames[4][0], 4.0F, 1e-5F);
 }
