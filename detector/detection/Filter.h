@@ -14,7 +14,8 @@ class Filter {
 
     float operator()(float input) {
         // Transposed direct form II: two states, and numerically quiet.
-        // The tiny offset keeps the states away from the slow numbers near 0 in utter silence.
+        // In utter silence the states would decay to denormal numbers, with which processors are
+        // slow; the tiny offset keeps them above.
         const double x = static_cast<double>(input) + 1e-20;
         const double y = b0 * x + state1;
         state1 = b1 * x - a1 * y + state2;

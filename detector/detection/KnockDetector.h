@@ -2,6 +2,7 @@
 // docs/detection.md explains the chain and its figures. One thread; its only clock is the signal.
 #pragma once
 
+#include <array>
 #include <chrono>
 #include <cstddef>
 #include <cstdint>

@@ -1,5 +1,6 @@
 #include "detector/program/Configuration.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <optional>
 

@@ -1,4 +1,5 @@
-// Configuration: what the command line of an application cannot say. Values; any thread.
+// Configuration: what a user may set in a file and an application has no option for. Values; any
+// thread.
 #pragma once
 
 #include <string>

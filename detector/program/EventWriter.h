@@ -1,5 +1,5 @@
-// EventWriter: the detector's report, one line for each event, out as it happens. It never waits
-// for its reader: what a full pipe does not take is kept and sent when there is room. One thread.
+// EventWriter: writes the detector's report, one line for each event, as it happens. It never waits
+// for the reader: what a full pipe does not take is kept and sent when there is room. One thread.
 #pragma once
 
 #include <string>

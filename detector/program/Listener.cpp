@@ -5,6 +5,7 @@
 
 #include <array>
 #include <cerrno>
+#include <string_view>
 #include <utility>
 
 namespace bonkora::detector {
@@ -48,7 +49,8 @@ int Listener::run() {
 
 Listener::Wake Listener::wait(int timeoutMs) {
     for (;;) {
-        // A negative descriptor is passed over. The output reports its reader's end unasked.
+        // poll() skips a negative descriptor, and reports POLLERR on the output without being
+        // asked: its reader has gone.
         std::array<pollfd, 4> wakers{{
             {settings.signalDescriptor, POLLIN, 0},
             {settings.outputDescriptor, static_cast<short>(writer.hasPending() ? POLLOUT : 0), 0},
@@ -78,7 +80,7 @@ bool Listener::asksToQuit() {
     std::array<char, 256> chunk{};
     const auto count = ::read(settings.inputDescriptor, chunk.data(), chunk.size());
     if (count <= 0) {
-        inputIsOpen = false;  // its end asks for nothing
+        inputIsOpen = false;  // the end of the input does not end the program
         return false;
     }
     for (const char character : std::string_view{chunk.data(), static_cast<std::size_t>(count)}) {
@@ -146,8 +148,8 @@ void Listener::complain() {
     settings.complaints.clear();
 }
 
-// The last answer is heard to its end, and a slow reader gets every line, however long it takes;
-// unless the program is to end.
+// After the end of a recording: waits until the last answer has been heard and a slow reader has
+// taken every line, unless the program is told to end.
 void Listener::letItFinish() {
     int step = 0;
     const auto isSounding = [&] {

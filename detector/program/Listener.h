@@ -26,7 +26,8 @@ class Listener {
         int inputDescriptor = 0;
         int outputDescriptor = 1;
         int signalDescriptor = -1;  // readable when the program is to end
-        // What went wrong before, reported once it is known whether there is a sensor.
+        // What went wrong before the start; reported after "ready", which would wipe it off the
+        // panel.
         std::vector<std::string> complaints;
     };
 
@@ -39,7 +40,7 @@ class Listener {
   private:
     enum class Wake { sensor, timeout, ending };
 
-    // What happens next; a timeout of -1 is none.
+    // Waits for whatever happens first; a timeout of -1 is none.
     Wake wait(int timeoutMs);
     bool asksToQuit();
     void open();

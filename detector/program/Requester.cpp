@@ -5,7 +5,6 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <array>
 #include <cstdlib>
 #include <limits>
 
@@ -16,7 +15,8 @@ namespace bonkora::detector {
 
 namespace {
 
-// Root's rights are gone when all three users and groups are the new ones and nothing leads back.
+// Root's rights are gone when the real, effective and saved user and group are the new ones and
+// setting them back fails.
 bool rootIsGone(const Requester& requester) {
     uid_t realUser = 0;
     uid_t effectiveUser = 0;

@@ -1,7 +1,6 @@
 // SensorSource: opens the sensor that the user asked for, again whenever it has gone. One thread.
 #pragma once
 
-#include <memory>
 #include <string>
 #include <vector>
 

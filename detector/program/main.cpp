@@ -1,4 +1,5 @@
-// The detector's entry: command line, rights, configuration, and the listener amid them.
+// The detector's entry: reads the command line and the configuration, gives up root's rights, and
+// runs the listener.
 #include <fcntl.h>
 #include <signal.h>
 #include <sys/signalfd.h>
@@ -25,8 +26,8 @@ namespace bonkora::detector {
 
 namespace {
 
-// The requests to end arrive as something to read, so that they are met between two readings. Must
-// be called before any thread exists: each inherits what is blocked.
+// The signals that end the program, as a descriptor that the listener polls beside its sensor. Must
+// be called before any thread exists: each thread inherits which signals are blocked.
 platform::UniqueDescriptor endingSignals() {
     sigset_t signals;
     sigemptyset(&signals);
@@ -37,8 +38,8 @@ platform::UniqueDescriptor endingSignals() {
     return platform::UniqueDescriptor{::signalfd(-1, &signals, SFD_CLOEXEC | SFD_NONBLOCK)};
 }
 
-// The sound system's libraries talk to people on standard error, which an application reads as if
-// it were the report. Returns the real one, for lines of our own.
+// Sends what the sound system's libraries write on standard error to /dev/null: an application may
+// read it as part of the report. Returns the real standard error, for lines of our own.
 platform::UniqueDescriptor silenceLibraries() {
     platform::UniqueDescriptor real{::fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, 3)};
     const platform::UniqueDescriptor nowhere{::open("/dev/null", O_WRONLY | O_CLOEXEC)};

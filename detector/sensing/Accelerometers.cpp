@@ -1,8 +1,9 @@
 #include "detector/sensing/Accelerometers.h"
 
 #include <algorithm>
-#include <array>
+#include <cmath>
 #include <filesystem>
+#include <string_view>
 #include <system_error>
 
 #include "detector/Number.h"

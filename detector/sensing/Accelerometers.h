@@ -5,8 +5,6 @@
 // and, where the program may, to buffered reading; otherwise the files are polled.
 #pragma once
 
-#include <functional>
-#include <memory>
 #include <optional>
 #include <string>
 #include <vector>

@@ -90,7 +90,7 @@ void chooseTrigger(const AccelerometerFiles& files, const SystemRoots& roots,
                    HeldSettings& settings) {
     const std::string path = files.folder + "/trigger/current_trigger";
     if (!readAttribute(path).value_or("none").empty()) {
-        return;  // it has one, or knows none
+        return;  // it has a trigger, or uses none
     }
     std::error_code error;
     for (fs::directory_iterator entry{roots.sysfs + "/bus/iio/devices", error}, end;
@@ -131,7 +131,6 @@ class BufferedAccelerometer final : public Sensor {
             } else {
                 return {SensorState::Kind::lost, "the accelerometer has gone"};
             }
-            // The rest can wait for the next turn of whoever reads.
             if (static_cast<std::size_t>(count) < chunk.size()) {
                 return {};
             }
@@ -139,7 +138,7 @@ class BufferedAccelerometer final : public Sensor {
     }
 
   private:
-    // A scan may arrive in pieces; the unfinished one waits.
+    // A scan may arrive in pieces; the unfinished part stays in `bytes`.
     void decode(std::vector<Frame>& frames) {
         std::size_t begin = 0;
         for (; begin + scan.size <= bytes.size(); begin += scan.size) {
@@ -156,8 +155,9 @@ class BufferedAccelerometer final : public Sensor {
         bytes.erase(0, begin);
     }
 
-    // When the buffer has run over, readings are missing; the next one stands in for them, so that
-    // the signal's time stays true. More than a second is a pause, not a loss.
+    // The readings that are missing before this one because the buffer ran over. The next one is
+    // used in their place, so that the signal's time stays true. A gap of more than a second is a
+    // pause of the computer, not a loss.
     std::size_t lostBefore(const char* data) {
         if (!scan.timestamp) {
             return 0;
@@ -192,7 +192,7 @@ OpenedSensor openBuffered(const AccelerometerFiles& files, const SystemRoots& ro
         return platform::Failed{"the accelerometer may not be set up"};
     }
     chooseTrigger(files, roots, *settings);
-    // A quarter of a second of room, and news after 5 ms, or at each reading.
+    // Room for a quarter of a second; readable after 5 ms, or at each reading if that is longer.
     const auto watermark = std::max<std::int64_t>(1, std::llround(*rate * 0.005));
     const auto length = std::max<std::int64_t>(2 * watermark, std::llround(*rate * 0.25));
     static_cast<void>(settings->hold(files.folder + "/buffer/length", platform::decimal(length)));

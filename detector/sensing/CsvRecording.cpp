@@ -1,6 +1,9 @@
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <optional>
+#include <string>
+#include <vector>
 
 #include "detector/Number.h"
 #include "detector/sensing/Recording.h"
@@ -23,7 +26,7 @@ std::optional<Row> parseRow(std::string_view line) {
             return std::nullopt;
         }
         const auto value = parseNumber<double>(platform::trimmed(line.substr(0, end)));
-        // Nothing that is carried about knows more than some thousand g.
+        // No accelerometer measures more than some thousand g.
         if (!value || (column > 0 && std::abs(*value) > 1e6)) {
             return std::nullopt;
         }

@@ -2,7 +2,6 @@
 
 #include <SDL.h>
 #include <sys/eventfd.h>
-#include <unistd.h>
 
 #include <mutex>
 #include <utility>
@@ -17,16 +16,17 @@ namespace {
 constexpr int sampleRate = 48000;  // samples a second
 constexpr Uint16 chunkSize = 320;  // samples: 6.7 ms; shorter ones cost more processor
 
-// The audio thread's hand: it keeps what it hears until the sensor is read.
-class Ear {
+// Buffers samples from SDL's audio thread until read().
+class SampleBuffer {
   public:
-    explicit Ear(platform::UniqueDescriptor theEvent) : event(std::move(theEvent)) {}
+    explicit SampleBuffer(platform::UniqueDescriptor theEvent) : event(std::move(theEvent)) {}
 
     int descriptor() const { return event.get(); }
 
-    static void hear(void* self, Uint8* bytes, int size) {
+    static void receive(void* self, Uint8* bytes, int size) {
         auto* const samples = reinterpret_cast<const float*>(bytes);
-        static_cast<Ear*>(self)->keep(samples, static_cast<std::size_t>(size) / sizeof(float));
+        static_cast<SampleBuffer*>(self)->keep(samples,
+                                               static_cast<std::size_t>(size) / sizeof(float));
     }
 
     void take(std::vector<float>& samples) {
@@ -41,7 +41,7 @@ class Ear {
     void keep(const float* samples, std::size_t count) {
         {
             const std::lock_guard lock{mutex};
-            // A listener that has been stopped for a second does not want it all.
+            // More than a second is left unread only while the program is stopped: begin anew.
             if (heard.size() > sampleRate) {
                 heard.clear();
             }
@@ -57,11 +57,11 @@ class Ear {
 
 class Microphone final : public Sensor {
   public:
-    Microphone(std::unique_ptr<SdlSystem> theSystem, std::unique_ptr<Ear> theEar,
+    Microphone(std::unique_ptr<SdlSystem> theSystem, std::unique_ptr<SampleBuffer> theBuffer,
                SDL_AudioDeviceID theDevice, std::string name)
         : about{SensorKind::microphone, std::move(name), sampleRate},
           system(std::move(theSystem)),
-          ear(std::move(theEar)),
+          buffer(std::move(theBuffer)),
           device(theDevice) {
         SDL_PauseAudioDevice(device, 0);
     }
@@ -70,14 +70,14 @@ class Microphone final : public Sensor {
     ~Microphone() override { SDL_CloseAudioDevice(device); }
 
     const SensorDescription& description() const override { return about; }
-    int descriptor() const override { return ear->descriptor(); }
+    int descriptor() const override { return buffer->descriptor(); }
 
     SensorState read(std::vector<Frame>& frames) override {
-        ear->take(samples);
+        buffer->take(samples);
         for (const float sample : samples) {
             frames.push_back({sample, 0.0F, 0.0F});
         }
-        // A device that has gone goes on giving silence, and says so only here.
+        // SDL goes on giving silence when a device has gone; only its status tells.
         if (SDL_GetAudioDeviceStatus(device) == SDL_AUDIO_STOPPED) {
             return {SensorState::Kind::lost, "the microphone has gone"};
         }
@@ -87,14 +87,14 @@ class Microphone final : public Sensor {
   private:
     const SensorDescription about;
     const std::unique_ptr<SdlSystem> system;
-    const std::unique_ptr<Ear> ear;
+    const std::unique_ptr<SampleBuffer> buffer;
     const SDL_AudioDeviceID device;
     std::vector<float> samples;
 };
 
-// The microphone that the system prefers, or nothing where it has no name. Opened by its name it is
-// lost when it goes, instead of being replaced by whatever else the system can record, such as what
-// the loudspeakers play.
+// The name of the system's preferred microphone, or nothing where it has none. A microphone opened
+// by name is lost when it is unplugged; one opened as "the default" would silently become another
+// source, such as the loudspeakers' own output.
 std::string preferredMicrophone() {
     char* name = nullptr;
     SDL_AudioSpec itsFormat{};
@@ -112,7 +112,8 @@ OpenedSensor openMicrophone(const std::string& device) {
     if (!system) {
         return platform::Failed{"no sound system answers"};
     }
-    // The count also has SDL forget what is gone: a microphone that returns gets its old name.
+    // Counting also makes SDL forget devices that have gone, so that a microphone that returns gets
+    // its old name back instead of "name (2)".
     if (SDL_GetNumAudioDevices(1) == 0) {
         return platform::Failed{"none is there"};
     }
@@ -120,14 +121,14 @@ OpenedSensor openMicrophone(const std::string& device) {
     if (!event) {
         return platform::Failed{"the system has no descriptor to give"};
     }
-    auto ear = std::make_unique<Ear>(std::move(event));
+    auto buffer = std::make_unique<SampleBuffer>(std::move(event));
     SDL_AudioSpec wanted{};
     wanted.freq = sampleRate;
     wanted.format = AUDIO_F32SYS;
     wanted.channels = 1;
     wanted.samples = chunkSize;
-    wanted.callback = &Ear::hear;
-    wanted.userdata = ear.get();
+    wanted.callback = &SampleBuffer::receive;
+    wanted.userdata = buffer.get();
     const auto name = device.empty() ? preferredMicrophone() : device;
     SDL_AudioSpec obtained{};
     const auto opened =
@@ -135,7 +136,7 @@ OpenedSensor openMicrophone(const std::string& device) {
     if (opened == 0) {
         return platform::Failed{"no microphone can be opened"};
     }
-    return std::make_unique<Microphone>(std::move(system), std::move(ear), opened,
+    return std::make_unique<Microphone>(std::move(system), std::move(buffer), opened,
                                         name.empty() ? "default" : name);
 }
 

@@ -1,7 +1,6 @@
 // Microphone: the sound that the computer's default, or a named, recording device hears.
 #pragma once
 
-#include <memory>
 #include <string>
 #include <vector>
 

@@ -2,8 +2,12 @@
 #include <algorithm>
 #include <array>
 #include <chrono>
+#include <functional>
 #include <limits>
+#include <memory>
+#include <string>
 #include <utility>
+#include <vector>
 
 #include "detector/Number.h"
 #include "detector/sensing/Accelerometers.h"
@@ -24,7 +28,7 @@ using Read = std::function<std::optional<Frame>()>;
 
 struct Source {
     Read read;
-    double rate = unknownRate;  // at which the device itself has news
+    double rate = unknownRate;  // at which the device itself takes readings
 };
 
 // "(12,-34,1020)", in `unitsInG` to the g.
@@ -124,8 +128,8 @@ class PolledAccelerometer final : public Sensor {
     int descriptor() const override { return ticker->descriptor(); }
 
     SensorState read(std::vector<Frame>& frames) override {
-        // Moments that were missed get the present reading, so that the signal's time stays true;
-        // after a second the computer has slept, and there is nothing to make up for.
+        // The present reading also stands for moments that were missed, so that the signal's time
+        // stays true. After a second or more the computer has slept: nothing was missed.
         const auto second = static_cast<std::uint64_t>(about.rate);
         const auto missed = std::min(ticker->take(), std::max<std::uint64_t>(second, 1));
         if (missed == 0) {

@@ -1,6 +1,5 @@
 #include "detector/sensing/Recording.h"
 
-#include <algorithm>
 #include <utility>
 
 #include "detector/sensing/SystemFiles.h"

@@ -71,7 +71,7 @@ std::optional<double> readNumber(const std::string& path) {
 
 HeldSettings::~HeldSettings() {
     for (; !settings.empty(); settings.pop_back()) {
-        // A device that has gone takes nothing back; that is as it should be.
+        // A device that has gone cannot be restored, and need not be.
         static_cast<void>(write(settings.back().file.get(), settings.back().before));
     }
 }

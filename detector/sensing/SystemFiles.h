@@ -1,5 +1,5 @@
-// The small files in which the system says what it has and takes how it shall be: read whole, or
-// held at values of ours.
+// The small files through which the system describes and sets up a device: reading them, and
+// holding them at values of ours.
 #pragma once
 
 #include <cstddef>
@@ -21,9 +21,9 @@ std::optional<std::string> readAttribute(const std::string& path);
 // The whole attribute as a finite number, or nothing.
 std::optional<double> readNumber(const std::string& path);
 
-// Attribute files that are kept at values of ours and get their own back, the last one first, when
-// the object goes. The files stay open meanwhile, so that this also works for a program that has
-// given up its rights since.
+// Keeps attribute files at values of ours, and writes their old values back, the last one first,
+// when it is destroyed. The files stay open meanwhile, so that this works too after the program has
+// given up root's rights.
 class HeldSettings {
   public:
     HeldSettings() = default;

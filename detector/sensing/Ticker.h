@@ -1,4 +1,5 @@
-// Ticker: the clock door of everything that must be read in even steps. One thread.
+// Ticker: says when the next reading is due. The only clock of this room, so that a recording can
+// also be read without waiting. One thread.
 #pragma once
 
 #include <chrono>

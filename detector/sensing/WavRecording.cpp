@@ -1,6 +1,7 @@
 #include <SDL.h>
 
 #include <algorithm>
+#include <cmath>
 #include <limits>
 #include <memory>
 

@@ -22,7 +22,7 @@ bool isSoundFile(const fs::directory_entry& entry) {
            entry.is_regular_file(error) && entry.file_size(error) <= largestFile && !error;
 }
 
-// A file that seems to be over once somebody wants to stop.
+// A file that seems to end once `stopping` is true: the way to interrupt SDL's decoders.
 struct StoppableFile {
     SDL_RWops* file;
     const std::atomic<bool>* stopping;

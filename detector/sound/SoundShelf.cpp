@@ -2,6 +2,7 @@
 
 #include <SDL_thread.h>
 
+#include <atomic>
 #include <condition_variable>
 #include <mutex>
 #include <thread>

@@ -121,7 +121,7 @@ class MixedVoice final : public Voice {
     const Settings settings;
     std::unique_ptr<SoundShelf> builtIn;
     std::unique_ptr<SoundShelf> custom;
-    // What each channel plays must stay in memory; the channel's next sound takes its place.
+    // Keeps in memory what each channel plays, until the channel's next sound.
     std::array<Sound, channels> sounding;
     std::optional<std::string> complaint;
 };
