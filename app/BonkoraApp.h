@@ -5,13 +5,31 @@
 #include <QCoreApplication>
 #include <functional>
 #include <memory>
+#include <utility>
 
 #include "app/MenuBarScene.h"
-#include "app/StateObject.h"
 #include "bridge/SpankWrapper.h"
 #include "ui/state/AppStorage.h"
 
 namespace bonkora {
+
+// The one object of its kind: made when it is first asked for, and kept from then on.
+template <typename T>
+class StateObject {
+  public:
+    explicit StateObject(std::function<std::shared_ptr<T>()> theMake) : make(std::move(theMake)) {}
+
+    T& get() {
+        if (!object) {
+            object = make();
+        }
+        return *object;
+    }
+
+  private:
+    const std::function<std::shared_ptr<T>()> make;
+    std::shared_ptr<T> object;
+};
 
 class BonkoraApp {
     Q_DECLARE_TR_FUNCTIONS(BonkoraApp)

@@ -7,7 +7,7 @@
 #include <memory>
 #include <vector>
 
-#include "app/item/MenuBarLabel.h"
+#include "app/item/MenuBarItem.h"
 #include "platform/ObservableObject.h"
 #include "ui/panel/PanelEnvironment.h"
 

@@ -3,10 +3,23 @@
 // ends. One implementation for each system. Main thread.
 #pragma once
 
+#include <QLockFile>
 #include <QObject>
 #include <memory>
 
 namespace bonkora {
+
+// A lock file of the user and display; one that a dead process left does not count.
+class InstanceLock {
+  public:
+    InstanceLock();
+
+    // False where another process holds it. A folder that takes no lock file stops nobody.
+    bool take();
+
+  private:
+    QLockFile file;
+};
 
 class SingleInstance final : public QObject {
     Q_OBJECT

@@ -1,9 +1,9 @@
+#include <QDBusAbstractAdaptor>
 #include <QDBusConnection>
 #include <QDBusMessage>
+#include <QVariantMap>
 #include <optional>
 
-#include "app/desktop/ApplicationAdaptor.h"
-#include "app/desktop/InstanceLock.h"
 #include "app/desktop/SessionBus.h"
 #include "app/desktop/SingleInstance.h"
 
@@ -16,6 +16,25 @@ const QString objectPath = "/org/bonkora/Bonkora";
 constexpr int answerMilliseconds = 5000;
 
 }  // namespace
+
+// The object on the session bus through which desktops and later starts open the panel.
+class ApplicationAdaptor final : public QDBusAbstractAdaptor {
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")
+
+  public:
+    explicit ApplicationAdaptor(QObject& holder) : QDBusAbstractAdaptor(&holder) {}
+
+  public slots:
+    void Activate(const QVariantMap&) { emit activated(); }
+    void Open(const QStringList&, const QVariantMap&) { emit activated(); }
+    void ActivateAction(const QString&, const QVariantList&, const QVariantMap&) {
+        emit activated();
+    }
+
+  signals:
+    void activated();
+};
 
 struct SingleInstance::Hold {
     std::optional<InstanceLock> lock;  // where there is no bus
@@ -48,3 +67,5 @@ bool SingleInstance::activateFirst() {
 }
 
 }  // namespace bonkora
+
+#include "SingleInstance_linux.moc"

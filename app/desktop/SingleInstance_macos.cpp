@@ -1,4 +1,3 @@
-#include "app/desktop/InstanceLock.h"
 #include "app/desktop/SingleInstance.h"
 
 namespace bonkora {

@@ -4,10 +4,19 @@
 #include <QObject>
 #include <QPoint>
 #include <QRect>
+#include <QString>
 
-#include "app/item/MenuBarLabel.h"
+#include "ui/drawing/Symbol.h"
 
 namespace bonkora {
+
+// What the item says, whatever shows it.
+struct MenuBarLabel {
+    Symbol symbol;
+    QString title;
+
+    bool operator==(const MenuBarLabel&) const = default;
+};
 
 class MenuBarItem : public QObject {
     Q_OBJECT

@@ -8,6 +8,14 @@
 
 namespace bonkora {
 
+// The service with which items and bars register, which is also the name of its interface.
+namespace statusNotifierWatcher {
+
+inline const QString service = "org.kde.StatusNotifierWatcher";
+inline const QString path = "/StatusNotifierWatcher";
+
+}  // namespace statusNotifierWatcher
+
 class StatusNotifierAdaptor;
 
 class StatusNotifierItem final : public MenuBarItem {

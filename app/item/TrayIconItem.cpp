@@ -1,6 +1,6 @@
 #include "app/item/TrayIconItem.h"
 
-#include "app/item/LabelIconEngine.h"
+#include "app/item/LabelIcon.h"
 
 namespace bonkora {
 

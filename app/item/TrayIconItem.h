@@ -2,12 +2,37 @@
 // it is made wide enough to show the title beside the symbol. Main thread.
 #pragma once
 
+#include <QColor>
 #include <QSystemTrayIcon>
+#include <QTimer>
 
 #include "app/item/MenuBarItem.h"
-#include "app/item/TrayWindow.h"
 
 namespace bonkora {
+
+// The window in which Qt's tray icon is embedded, where there is one. One implementation for each
+// system.
+class TrayWindow final : public QObject {
+    Q_OBJECT
+
+  public:
+    TrayWindow();
+
+    // Asks the tray for room of that width, in logical pixels, where it is not given yet.
+    void setWidth(int width);
+    // What reads well on the tray as it looks now; black where the system colours the icon itself.
+    QColor textColor() const;
+
+  signals:
+    // A tray has taken the icon in, or laid it out anew, and has had the time to paint itself.
+    void embedded();
+
+  protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+  private:
+    QTimer settled;
+};
 
 class TrayIconItem final : public MenuBarItem {
     Q_OBJECT

@@ -1,4 +1,4 @@
-#include "app/desktop/InstanceLock.h"
+#include "app/desktop/SingleInstance.h"
 
 #include <unistd.h>
 

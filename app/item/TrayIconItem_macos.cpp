@@ -1,4 +1,4 @@
-#include "app/item/TrayWindow.h"
+#include "app/item/TrayIconItem.h"
 
 namespace bonkora {
 

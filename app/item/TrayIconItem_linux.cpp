@@ -4,7 +4,7 @@
 #include <QScreen>
 #include <QWidget>
 
-#include "app/item/TrayWindow.h"
+#include "app/item/TrayIconItem.h"
 #include "ui/drawing/Colors.h"
 
 namespace bonkora {
