@@ -40,7 +40,8 @@ void nameApplication() {
 int runScene(const platform::Bundle& bundle, SingleInstance& instance) {
     const auto mainQueue = std::make_shared<QtMainQueue>();
     const SignalWatch signalWatch;
-    QObject::connect(&signalWatch, &SignalWatch::asked, qApp, &QCoreApplication::quit);
+    QObject::connect(&signalWatch, &SignalWatch::terminationRequested, qApp,
+                     &QCoreApplication::quit);
 
     Appearance appearance;
     const DesktopAppearance desktopAppearance(appearance);

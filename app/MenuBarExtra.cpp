@@ -104,7 +104,7 @@ void MenuBarExtra::showPlainWindow() {
 
 void MenuBarExtra::refreshLabel() {
     if (item) {
-        item->show(scene.label());
+        item->display(scene.label());
     }
 }
 

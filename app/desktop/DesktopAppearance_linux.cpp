@@ -33,13 +33,13 @@ class AppearancePortal final : public QObject {
 
   signals:
     // Nothing for "no preference".
-    void told(std::optional<bool> isDark);
+    void answered(std::optional<bool> isDark);
 
   private slots:
     void settingChanged(const QString& space, const QString& key, const QDBusVariant& value);
 
   private:
-    void tell(const QVariant& value);
+    void report(const QVariant& value);
 };
 
 AppearancePortal::AppearancePortal() {
@@ -56,7 +56,7 @@ AppearancePortal::AppearancePortal() {
     connect(call, &QDBusPendingCallWatcher::finished, this, [this, call] {
         const QDBusPendingReply<QDBusVariant> reply = *call;
         if (!reply.isError()) {
-            tell(reply.value().variant());
+            report(reply.value().variant());
         }
         call->deleteLater();
     });
@@ -65,18 +65,18 @@ AppearancePortal::AppearancePortal() {
 void AppearancePortal::settingChanged(const QString& space, const QString& key,
                                       const QDBusVariant& value) {
     if (space == settingSpace && key == settingKey) {
-        tell(value.variant());
+        report(value.variant());
     }
 }
 
-void AppearancePortal::tell(const QVariant& value) {
+void AppearancePortal::report(const QVariant& value) {
     // The first answer comes wrapped once more.
     const QVariant inner =
         value.canConvert<QDBusVariant>() ? value.value<QDBusVariant>().variant() : value;
     const uint scheme = inner.toUInt();
-    emit told(scheme == prefersDark    ? std::optional(true)
-              : scheme == prefersLight ? std::optional(false)
-                                       : std::nullopt);
+    emit answered(scheme == prefersDark    ? std::optional(true)
+                  : scheme == prefersLight ? std::optional(false)
+                                           : std::nullopt);
 }
 
 std::unique_ptr<QObject> DesktopAppearance::makeSource(DesktopAppearance& receiver) {
@@ -84,7 +84,7 @@ std::unique_ptr<QObject> DesktopAppearance::makeSource(DesktopAppearance& receiv
         return nullptr;
     }
     auto portal = std::make_unique<AppearancePortal>();
-    connect(portal.get(), &AppearancePortal::told, &receiver, &DesktopAppearance::prefer);
+    connect(portal.get(), &AppearancePortal::answered, &receiver, &DesktopAppearance::prefer);
     return portal;
 }
 

@@ -11,7 +11,7 @@ constexpr char addressVariable[] = "DBUS_SESSION_BUS_ADDRESS";
 
 }  // namespace
 
-void neverStartOne() {
+void forbidAutolaunch() {
     const QString runtime = qEnvironmentVariable("XDG_RUNTIME_DIR");
     const bool isThere = !qEnvironmentVariableIsEmpty(addressVariable) ||
                          (!runtime.isEmpty() && QFileInfo::exists(runtime + "/bus"));

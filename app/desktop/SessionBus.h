@@ -5,7 +5,7 @@ namespace bonkora::sessionBus {
 
 // Before anything touches the bus: where there is none, says so to all that would look for one.
 // The bus library would otherwise start a daemon of its own, which nobody ends.
-void neverStartOne();
+void forbidAutolaunch();
 
 bool isAvailable();
 

@@ -10,10 +10,10 @@ namespace bonkora {
 
 namespace {
 
-// The one thing a signal handler can reach.
+// The pipe to the main thread; a signal handler can reach nothing but a global.
 volatile std::sig_atomic_t writingEnd = -1;
 
-void tell(int) {
+void writeByte(int) {
     const int saved = errno;
     const char byte = 0;
     [[maybe_unused]] const auto written = ::write(writingEnd, &byte, 1);
@@ -32,10 +32,10 @@ SignalWatch::SignalWatch() : pipe(platform::Pipe::make()) {
     connect(notifier.get(), &QSocketNotifier::activated, this, [this] {
         char byte = 0;
         [[maybe_unused]] const auto got = ::read(pipe->fileHandleForReading.get(), &byte, 1);
-        emit asked();
+        emit terminationRequested();
     });
-    std::signal(SIGTERM, tell);
-    std::signal(SIGINT, tell);
+    std::signal(SIGTERM, writeByte);
+    std::signal(SIGINT, writeByte);
 }
 
 SignalWatch::~SignalWatch() {

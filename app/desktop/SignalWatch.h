@@ -19,7 +19,7 @@ class SignalWatch final : public QObject {
     ~SignalWatch() override;
 
   signals:
-    void asked();
+    void terminationRequested();
 
   private:
     std::optional<platform::Pipe> pipe;

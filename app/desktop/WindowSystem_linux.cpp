@@ -31,7 +31,7 @@ bool isWaylandReachable() {
 }  // namespace
 
 std::optional<std::string> prepare() {
-    sessionBus::neverStartOne();
+    sessionBus::forbidAutolaunch();
     const QString chosen = qEnvironmentVariable("QT_QPA_PLATFORM");
     const bool needsDisplay =
         chosen.isEmpty() || chosen.startsWith("xcb") || chosen.startsWith("wayland");

@@ -22,7 +22,7 @@ class MenuBarItem : public QObject {
     Q_OBJECT
 
   public:
-    virtual void show(const MenuBarLabel& label) = 0;
+    virtual void display(const MenuBarLabel& label) = 0;
     // As the bar tells it; empty where it does not.
     virtual QRect geometry() const { return {}; }
 

@@ -53,7 +53,7 @@ class StatusNotifierAdaptor final : public QDBusAbstractAdaptor {
     explicit StatusNotifierAdaptor(MenuBarItem& item);
 
     // Tells the bars what differs.
-    void show(const MenuBarLabel& label);
+    void display(const MenuBarLabel& label);
 
     QString category() const { return "ApplicationStatus"; }
     QString id() const { return "Bonkora"; }
@@ -89,7 +89,7 @@ StatusNotifierAdaptor::StatusNotifierAdaptor(MenuBarItem& theItem)
     registerStatusNotifierTypes();
 }
 
-void StatusNotifierAdaptor::show(const MenuBarLabel& newLabel) {
+void StatusNotifierAdaptor::display(const MenuBarLabel& newLabel) {
     const MenuBarLabel old = std::exchange(label, newLabel);
     if (label.symbol != old.symbol) {
         emit NewIcon();
@@ -152,9 +152,9 @@ StatusNotifierItem::~StatusNotifierItem() {
     bus.unregisterObject(StatusNotifierAdaptor::menuPath);
 }
 
-void StatusNotifierItem::show(const MenuBarLabel& label) {
+void StatusNotifierItem::display(const MenuBarLabel& label) {
     const bool isFirst = adaptor->title().isEmpty();
-    adaptor->show(label);
+    adaptor->display(label);
     if (isFirst) {
         registerWithWatcher();
     }

@@ -25,7 +25,7 @@ class StatusNotifierItem final : public MenuBarItem {
     StatusNotifierItem();
     ~StatusNotifierItem() override;
 
-    void show(const MenuBarLabel& label) override;
+    void display(const MenuBarLabel& label) override;
 
   private:
     void registerWithWatcher();

@@ -22,7 +22,7 @@ TrayIconItem::TrayIconItem() : color(window.textColor()) {
     });
 }
 
-void TrayIconItem::show(const MenuBarLabel& newLabel) {
+void TrayIconItem::display(const MenuBarLabel& newLabel) {
     if (newLabel == label) {
         return;
     }

@@ -40,7 +40,7 @@ class TrayIconItem final : public MenuBarItem {
   public:
     TrayIconItem();
 
-    void show(const MenuBarLabel& label) override;
+    void display(const MenuBarLabel& label) override;
     QRect geometry() const override { return icon.geometry(); }
 
   private:

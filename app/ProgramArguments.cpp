@@ -1,14 +1,13 @@
-#include "app/CommandLine.h"
+#include "app/ProgramArguments.h"
 
 #include <string_view>
 
 #include "app/Version.h"
 
-namespace bonkora::commandLine {
+namespace bonkora::programArguments {
 
 namespace {
 
-constexpr int start = -1;
 constexpr int wrongUse = 2;
 
 const std::string usage =
@@ -22,18 +21,18 @@ const std::string usage =
 
 }  // namespace
 
-Answer answer(std::span<const char* const> arguments) {
+std::optional<Answer> answer(std::span<const char* const> arguments) {
     if (arguments.empty()) {
-        return {start, {}, {}};
+        return std::nullopt;
     }
     const std::string_view first = arguments.front();
     if (first == "--help" || first == "-h") {
-        return {0, usage, {}};
+        return Answer{0, usage, {}};
     }
     if (first == "--version") {
-        return {0, std::string("bonkora ") + version + '\n', {}};
+        return Answer{0, std::string("bonkora ") + version + '\n', {}};
     }
-    return {wrongUse, {}, "bonkora: unknown option: " + std::string(first) + "\n\n" + usage};
+    return Answer{wrongUse, {}, "bonkora: unknown option: " + std::string(first) + "\n\n" + usage};
 }
 
-}  // namespace bonkora::commandLine
+}  // namespace bonkora::programArguments
