@@ -50,7 +50,7 @@ int runScene(const platform::Bundle& bundle, SingleInstance& instance) {
     BonkoraApp app(
         [&] { return SpankWrapper::create(platform::Platform::real(mainQueue, bundle)); });
     MenuBarExtra extra(app.body(), {mainQueue, [] { QCoreApplication::quit(); }, appearance});
-    QObject::connect(&instance, &SingleInstance::activated, &extra, &MenuBarExtra::openPanel);
+    QObject::connect(&instance, &SingleInstance::activated, &extra, &MenuBarExtra::open);
 
     const int status = QCoreApplication::exec();
     mainQueue->close();

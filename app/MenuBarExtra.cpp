@@ -1,8 +1,9 @@
 #include "app/MenuBarExtra.h"
 
-#include <QCursor>
 #include <QGuiApplication>
 #include <QScreen>
+#include <algorithm>
+#include <chrono>
 #include <utility>
 
 #include "app/desktop/WindowSystem.h"
@@ -12,32 +13,31 @@ namespace bonkora {
 
 namespace {
 
-// The press that closed the panel may come again as a click on the item.
-constexpr int closedMilliseconds = 300;
-// At the start of a session the bar may come after us, and one that died may come back.
-constexpr int hostGraceMilliseconds = 1000;
-// A panel with an open dialog stays: the dialog's loop would return into what is gone. It is asked
-// again after this time.
-constexpr int occupiedMilliseconds = 250;
+using Event = PanelLogic::Event;
 
-// The one that holds the point, or the primary one.
+// The screen that holds the point, or the primary one.
 const QScreen& screenOf(const QPoint& point) {
     const QScreen* screen = QGuiApplication::screenAt(point);
     return screen != nullptr ? *screen : *QGuiApplication::primaryScreen();
 }
 
+PanelLogic::Time now() {
+    return std::chrono::duration_cast<PanelLogic::Time>(
+        std::chrono::steady_clock::now().time_since_epoch());
+}
+
 }  // namespace
 
-MenuBarExtra::MenuBarExtra(MenuBarScene theScene, const PanelEnvironment& theEnvironment)
-    : scene(std::move(theScene)), environment(theEnvironment) {
+MenuBarExtra::MenuBarExtra(MenuBarScene theScene, const PanelEnvironment& theEnvironment,
+                           std::unique_ptr<MenuBarHosts> theHosts)
+    : scene(std::move(theScene)), environment(theEnvironment), hosts(std::move(theHosts)) {
     for (platform::ObservableObject* observed : scene.observed) {
         observation.observe(*observed);
     }
-    hostGrace.setSingleShot(true);
-    hostGrace.setInterval(hostGraceMilliseconds);
-    connect(&hostGrace, &QTimer::timeout, this, &MenuBarExtra::showPlainWindow);
+    wakeTimer.setSingleShot(true);
+    connect(&wakeTimer, &QTimer::timeout, this, [this] { handle(Event::wake); });
     connect(&screens, &ScreenWatch::changed, this, &MenuBarExtra::followScreens);
-    connect(&hosts, &MenuBarHosts::changed, this, &MenuBarExtra::followHosts);
+    connect(hosts.get(), &MenuBarHosts::changed, this, &MenuBarExtra::followHosts);
     followHosts();
 }
 
@@ -48,58 +48,26 @@ MenuBarExtra::~MenuBarExtra() {
     }
 }
 
+void MenuBarExtra::open() {
+    handle(Event::openAsked);
+}
+
 void MenuBarExtra::followHosts() {
-    switch (hosts.kind()) {
+    switch (hosts->kind()) {
         case MenuBarHosts::Kind::unknown:
             break;
         case MenuBarHosts::Kind::none:
             item.reset();
-            hostGrace.start();
+            handle(Event::hostWent);
             break;
         case MenuBarHosts::Kind::statusNotifier:
         case MenuBarHosts::Kind::platformTray:
-            takeItem(hosts.kind());
+            item = hosts->makeItem();
+            connect(item.get(), &MenuBarItem::clicked, this, &MenuBarExtra::click);
+            refreshLabel();
+            handle(Event::hostCame);
             break;
     }
-}
-
-void MenuBarExtra::takeItem(MenuBarHosts::Kind kind) {
-    hostGrace.stop();
-    item = MenuBarHosts::makeItem(kind);
-    connect(item.get(), &MenuBarItem::clicked, this, &MenuBarExtra::click);
-    refreshLabel();
-    leavePlainWindow();
-}
-
-void MenuBarExtra::leavePlainWindow() {
-    if (!item || !panel || panel->style() != PanelWindow::Style::plain) {
-        return;
-    }
-    if (PanelWindow::isOccupied()) {
-        QTimer::singleShot(occupiedMilliseconds, this, &MenuBarExtra::leavePlainWindow);
-        return;
-    }
-    panel->disconnect(this);  // goes because it is needed no more: not the user's wish to leave
-    panel->close();
-}
-
-void MenuBarExtra::showPlainWindow() {
-    if (panel && panel->style() == PanelWindow::Style::plain) {
-        return;
-    }
-    if (panel && PanelWindow::isOccupied()) {
-        hostGrace.start();
-        return;
-    }
-    qWarning(
-        "bonkora: this desktop has no menu bar or tray to show an item in;"
-        " the panel is a window until there is one");
-    if (panel) {
-        panel->close();
-    }
-    PanelWindow* window = makePanel(PanelWindow::Style::plain);
-    connect(window, &PanelWindow::closed, this, environment.terminate);
-    window->open(placeInTheMiddle());
 }
 
 void MenuBarExtra::refreshLabel() {
@@ -108,26 +76,81 @@ void MenuBarExtra::refreshLabel() {
     }
 }
 
-void MenuBarExtra::openPanel() {
-    if (panel) {
-        panel->raiseToFront();
-    } else if (item) {
-        makePanel(PanelWindow::Style::dropDown)
-            ->open(placeBesideItem(screenOf(clickedScreen.center())));
+void MenuBarExtra::click(const QPoint& reported) {
+    reportedClick = reported;
+    handle(Event::itemClicked);
+}
+
+void MenuBarExtra::handle(Event event) {
+    carryOut(decide(event));
+}
+
+// What happens to the panel is told while it handles an event, in which it must not be closed.
+void MenuBarExtra::handleInNextTurn(Event event) {
+    QTimer::singleShot(0, panel, [this, action = decide(event)] { carryOut(action); });
+}
+
+PanelLogic::Action MenuBarExtra::decide(Event event) {
+    const PanelLogic::Time time = now();
+    const PanelLogic::Action action = logic.decide(event, time, PanelWindow::isOccupied());
+    if (const auto wakeAt = logic.wakeAt()) {
+        wakeTimer.start(std::max(*wakeAt - time, PanelLogic::Time(0)));
+    } else {
+        wakeTimer.stop();
+    }
+    return action;
+}
+
+void MenuBarExtra::carryOut(PanelLogic::Action action) {
+    switch (action) {
+        case PanelLogic::Action::nothing:
+            break;
+        case PanelLogic::Action::dropDownAtClick:
+            openPanel(PanelWindow::Style::dropDown,
+                      placeBeside(windowSystem::clickPosition(reportedClick)));
+            break;
+        case PanelLogic::Action::dropDownAtItem:
+            openPanel(PanelWindow::Style::dropDown,
+                      placeBesideItem(screenOf(clickedScreen.center())));
+            break;
+        case PanelLogic::Action::openPlainWindow:
+            qWarning(
+                "bonkora: this desktop has no menu bar or tray to show an item in;"
+                " the panel is a window until there is one");
+            openPanel(PanelWindow::Style::plain, placeInTheMiddle());
+            break;
+        case PanelLogic::Action::close:
+            panel->close();
+            break;
+        case PanelLogic::Action::raise:
+            panel->raiseToFront();
+            break;
+        case PanelLogic::Action::endApplication:
+            environment.terminate();
+            break;
     }
 }
 
-void MenuBarExtra::click(const QPoint& reported) {
-    if (panel && PanelWindow::isOccupied()) {
-        panel->raiseToFront();
-    } else if (panel) {
-        if (panel->hasSettled()) {
-            panel->close();
-        }
-    } else if (!sinceClosed.isValid() || sinceClosed.elapsed() >= closedMilliseconds) {
-        makePanel(PanelWindow::Style::dropDown)
-            ->open(placeBeside(windowSystem::clickPosition(reported)));
+void MenuBarExtra::openPanel(PanelWindow::Style style, const QRect& place) {
+    if (panel) {
+        panel->disconnect(this);  // its closing is not the user's wish
+        panel->close();
     }
+    panel = new PanelWindow(scene.content(environment), style);
+    connect(panel, &PanelWindow::pressedOutside, this,
+            [this] { handleInNextTurn(Event::pressedOutside); });
+    connect(panel, &PanelWindow::escapePressed, this,
+            [this] { handleInNextTurn(Event::escapePressed); });
+    connect(panel, &PanelWindow::deactivated, this,
+            [this] { handleInNextTurn(Event::deactivated); });
+    connect(panel, &PanelWindow::dialogClosed, this,
+            [this] { handleInNextTurn(Event::dialogClosed); });
+    connect(panel, &PanelWindow::closed, this, [this] {
+        panel = nullptr;
+        handle(Event::panelClosed);
+    });
+    panel->open(place);
+    handle(Event::panelOpened);
 }
 
 void MenuBarExtra::followScreens() {
@@ -169,15 +192,6 @@ QRect MenuBarExtra::placeInTheMiddle() const {
     QRect place(QPoint(), scene.contentSize.boundedTo(available.size()));
     place.moveCenter(available.center());
     return place;
-}
-
-PanelWindow* MenuBarExtra::makePanel(PanelWindow::Style style) {
-    panel = new PanelWindow(scene.content(environment), style);
-    connect(panel, &PanelWindow::closed, this, [this] {
-        panel = nullptr;
-        sinceClosed.start();
-    });
-    return panel;
 }
 
 }  // namespace bonkora

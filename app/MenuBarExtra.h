@@ -3,13 +3,13 @@
 // closing that window ends the application. Main thread.
 #pragma once
 
-#include <QElapsedTimer>
 #include <QPointer>
 #include <QTimer>
 #include <memory>
 #include <optional>
 
 #include "app/MenuBarScene.h"
+#include "app/PanelLogic.h"
 #include "app/item/MenuBarHosts.h"
 #include "app/item/MenuBarItem.h"
 #include "app/window/PanelWindow.h"
@@ -22,35 +22,40 @@ class MenuBarExtra final : public QObject {
     Q_OBJECT
 
   public:
-    MenuBarExtra(MenuBarScene scene, const PanelEnvironment& environment);
+    MenuBarExtra(MenuBarScene scene, const PanelEnvironment& environment,
+                 std::unique_ptr<MenuBarHosts> hosts = MenuBarHosts::make());
     ~MenuBarExtra() override;
 
     // Shows the panel, wherever it can.
-    void openPanel();
+    void open();
 
   private:
     void followHosts();
-    void takeItem(MenuBarHosts::Kind kind);
-    void showPlainWindow();
-    void leavePlainWindow();
     void refreshLabel();
     void click(const QPoint& reported);
     void followScreens();
+
+    void handle(PanelLogic::Event event);
+    void handleInNextTurn(PanelLogic::Event event);
+    PanelLogic::Action decide(PanelLogic::Event event);
+    void carryOut(PanelLogic::Action action);
+
+    void openPanel(PanelWindow::Style style, const QRect& place);
     QRect placeBeside(const QPoint& click);
     QRect placeBesideItem(const QScreen& screen);
     QRect placeInTheMiddle() const;
-    PanelWindow* makePanel(PanelWindow::Style style);
 
     const MenuBarScene scene;
     const PanelEnvironment environment;
-    MenuBarHosts hosts;
+    const std::unique_ptr<MenuBarHosts> hosts;
     std::unique_ptr<MenuBarItem> item;
     QPointer<PanelWindow> panel;
+    PanelLogic logic;
+    QTimer wakeTimer;
+    QPoint reportedClick;
     std::optional<QPoint> lastClick;
     QRect clickedScreen;
     ScreenWatch screens;
-    QElapsedTimer sinceClosed;
-    QTimer hostGrace;
     Observation observation{[this] { refreshLabel(); }};
 };
 

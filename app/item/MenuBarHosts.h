@@ -9,7 +9,7 @@
 
 namespace bonkora {
 
-class MenuBarHosts final : public QObject {
+class MenuBarHosts : public QObject {
     Q_OBJECT
 
   public:
@@ -20,23 +20,26 @@ class MenuBarHosts final : public QObject {
         platformTray,    // the one Qt's tray icon knows
     };
 
-    MenuBarHosts();
-    ~MenuBarHosts() override;
+    // Those of this desktop.
+    static std::unique_ptr<MenuBarHosts> make();
 
     Kind kind() const { return current; }
-    // For a kind with a host.
-    static std::unique_ptr<MenuBarItem> makeItem(Kind kind);
+    // For the host of now, where there is one.
+    virtual std::unique_ptr<MenuBarItem> makeItem() = 0;
 
   signals:
     void changed();
 
+  protected:
+    void set(Kind kind) {
+        if (kind != current) {
+            current = kind;
+            emit changed();
+        }
+    }
+
   private:
-    class Watch;
-
-    void set(Kind kind);
-
     Kind current = Kind::unknown;
-    std::unique_ptr<Watch> watch;
 };
 
 }  // namespace bonkora

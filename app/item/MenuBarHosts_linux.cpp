@@ -144,40 +144,41 @@ bool TrayManagerWatch::nativeEventFilter(const QByteArray& kind, void* message, 
     return false;
 }
 
+namespace {
+
 // A bar on the session bus is taken before an XEmbed tray.
-class MenuBarHosts::Watch {
+class DesktopHosts final : public MenuBarHosts {
   public:
-    explicit Watch(MenuBarHosts& hosts) {
-        const auto decide = [this, &hosts] { hosts.set(kind()); };
-        connect(&bus, &StatusNotifierWatch::changed, &hosts, decide);
-        connect(&tray, &TrayManagerWatch::changed, &hosts, decide);
+    DesktopHosts() {
+        connect(&bus, &StatusNotifierWatch::changed, this, [this] { decide(); });
+        connect(&tray, &TrayManagerWatch::changed, this, [this] { decide(); });
+        decide();
     }
 
-    Kind kind() const {
-        if (!bus.isHostThere()) {
-            return Kind::unknown;
+    std::unique_ptr<MenuBarItem> makeItem() override {
+        if (kind() == Kind::statusNotifier) {
+            return std::make_unique<StatusNotifierItem>();
         }
-        return *bus.isHostThere() ? Kind::statusNotifier
-               : tray.isThere()   ? Kind::platformTray
-                                  : Kind::none;
+        return std::make_unique<TrayIconItem>();
     }
 
   private:
+    void decide() {
+        if (const auto isHostThere = bus.isHostThere()) {
+            set(*isHostThere     ? Kind::statusNotifier
+                : tray.isThere() ? Kind::platformTray
+                                 : Kind::none);
+        }
+    }
+
     StatusNotifierWatch bus;
     TrayManagerWatch tray;
 };
 
-MenuBarHosts::MenuBarHosts() : watch(std::make_unique<Watch>(*this)) {
-    set(watch->kind());
-}
+}  // namespace
 
-MenuBarHosts::~MenuBarHosts() = default;
-
-std::unique_ptr<MenuBarItem> MenuBarHosts::makeItem(Kind kind) {
-    if (kind == Kind::statusNotifier) {
-        return std::make_unique<StatusNotifierItem>();
-    }
-    return std::make_unique<TrayIconItem>();
+std::unique_ptr<MenuBarHosts> MenuBarHosts::make() {
+    return std::make_unique<DesktopHosts>();
 }
 
 }  // namespace bonkora

@@ -3,17 +3,20 @@
 
 namespace bonkora {
 
+namespace {
+
 // The menu bar is always there.
-class MenuBarHosts::Watch {};
+class MenuBar final : public MenuBarHosts {
+  public:
+    MenuBar() { set(Kind::platformTray); }
 
-MenuBarHosts::MenuBarHosts() {
-    set(Kind::platformTray);
-}
+    std::unique_ptr<MenuBarItem> makeItem() override { return std::make_unique<TrayIconItem>(); }
+};
 
-MenuBarHosts::~MenuBarHosts() = default;
+}  // namespace
 
-std::unique_ptr<MenuBarItem> MenuBarHosts::makeItem(Kind) {
-    return std::make_unique<TrayIconItem>();
+std::unique_ptr<MenuBarHosts> MenuBarHosts::make() {
+    return std::make_unique<MenuBar>();
 }
 
 }  // namespace bonkora

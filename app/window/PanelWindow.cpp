@@ -21,11 +21,8 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr int cornerRadius = 10;
-constexpr int settleMilliseconds = 250;
 // Window managers hold the pointer for a moment around activation, and drop a grab made then.
 constexpr std::chrono::milliseconds grabTimes[] = {0ms, 60ms, 250ms};
-// A window manager may activate something else first when a dialog has closed.
-constexpr int afterDialogMilliseconds = 500;
 
 Qt::WindowFlags flagsFor(PanelWindow::Style style) {
     return style == PanelWindow::Style::plain
@@ -56,7 +53,6 @@ PanelWindow::PanelWindow(std::unique_ptr<QWidget> theContent, Style style)
 void PanelWindow::open(const QRect& place) {
     moveTo(place);
     show();
-    sinceOpened.start();
     raiseToFront();
     if (panelStyle == Style::dropDown && windowSystem::canGrabPointer()) {
         windowHandle()->installEventFilter(this);
@@ -76,10 +72,6 @@ void PanelWindow::raiseToFront() {
     front->activateWindow();
 }
 
-bool PanelWindow::hasSettled() const {
-    return sinceOpened.hasExpired(settleMilliseconds);
-}
-
 bool PanelWindow::isOccupied() {
     return QApplication::activeModalWidget() != nullptr ||
            QApplication::activePopupWidget() != nullptr;
@@ -96,9 +88,9 @@ void PanelWindow::grabPointer() {
 }
 
 bool PanelWindow::eventFilter(QObject* watched, QEvent* event) {
-    if (event->type() == QEvent::MouseButtonPress && hasSettled() && !isOccupied() &&
+    if (event->type() == QEvent::MouseButtonPress && !isOccupied() &&
         !rect().contains(static_cast<QMouseEvent*>(event)->position().toPoint())) {
-        close();
+        emit pressedOutside();
         return true;
     }
     return QWidget::eventFilter(watched, event);
@@ -119,21 +111,13 @@ void PanelWindow::followActivation(QEvent::Type type) {
             }
             break;
         case QEvent::WindowDeactivate:
-            if (isOccupied()) {
-                break;
-            }
-            if (sinceDialog.isValid() && sinceDialog.elapsed() < afterDialogMilliseconds) {
-                QTimer::singleShot(0, this, &PanelWindow::raiseToFront);
-            } else {
-                QTimer::singleShot(0, this, &QWidget::close);
-            }
+            emit deactivated();
             break;
         case QEvent::WindowBlocked:
             windowHandle()->setMouseGrabEnabled(false);
             break;
         case QEvent::WindowUnblocked:
-            sinceDialog.start();
-            QTimer::singleShot(0, this, &PanelWindow::raiseToFront);
+            emit dialogClosed();
             break;
         default:
             break;
@@ -142,7 +126,7 @@ void PanelWindow::followActivation(QEvent::Type type) {
 
 void PanelWindow::keyPressEvent(QKeyEvent* event) {
     if (event->key() == Qt::Key_Escape && panelStyle == Style::dropDown) {
-        close();
+        emit escapePressed();
     } else {
         QWidget::keyPressEvent(event);
     }

@@ -1,12 +1,8 @@
 // PanelWindow: the window that drops down from the menu-bar item, or a plain window where there is
-// no bar to drop from. Owns its content; goes when it is closed, and takes the content along.
-// Main thread.
-//
-// A drop-down closes on Escape, on a press outside it, and when another window becomes active,
-// but not while a dialog or menu of its own is open.
+// no bar to drop from. Owns its content; goes when it is closed, and takes the content along. Tells
+// what happens to it, and leaves to others what follows from that. Main thread.
 #pragma once
 
-#include <QElapsedTimer>
 #include <QEvent>
 #include <QWidget>
 #include <memory>
@@ -26,13 +22,16 @@ class PanelWindow final : public QWidget {
     void moveTo(const QRect& place);
     // Brings it to the front, or the dialog that it waits for.
     void raiseToFront();
-    // False for a quarter of a second after it has opened: presses in that time belong to the click
-    // that opened it, which some bars send twice.
-    bool hasSettled() const;
     // Whether a dialog or menu of its own is open.
     static bool isOccupied();
 
   signals:
+    // Of a drop-down, told while the event is being handled:
+    void pressedOutside();
+    void escapePressed();
+    void deactivated();   // another window has become the active one
+    void dialogClosed();  // one of its own
+    // Of both kinds:
     void closed();
 
   protected:
@@ -50,8 +49,6 @@ class PanelWindow final : public QWidget {
     const Style panelStyle;
     const bool isBlended;
     QWidget* content;
-    QElapsedTimer sinceOpened;
-    QElapsedTimer sinceDialog;
 };
 
 }  // namespace bonkora
