@@ -45,10 +45,10 @@ void QtMainQueue::asyncAfter(std::chrono::milliseconds delay, Task task) {
     }
     // Timers are the main thread's: what is left of the delay starts there.
     const QDeadlineTimer due(delay, Qt::PreciseTimer);
-    const auto later = [&receiver = *context, due, task = std::move(task)]() mutable {
+    auto later = [&receiver = *context, due, task = std::move(task)]() mutable {
         setTimer(receiver, std::chrono::milliseconds(due.remainingTime()), std::move(task));
     };
-    QMetaObject::invokeMethod(context.get(), later, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(context.get(), std::move(later), Qt::QueuedConnection);
 }
 
 void QtMainQueue::close() {

@@ -19,6 +19,7 @@ from gi.repository import Atspi, Gio, GLib  # noqa: E402
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 PATIENCE = 15    # seconds until something that should happen counts as not happening
 POLL = 0.02
+ROLES = {"button": "push button"}    # the name that later accessibility libraries give -> the earlier one
 
 
 class Missed(AssertionError):
@@ -185,7 +186,8 @@ class Application:
             for number in range(node.get_child_count()):
                 child = node.get_child_at_index(number)
                 if child and child.get_state_set().contains(Atspi.StateType.SHOWING):
-                    found.append((child.get_role_name(), child.get_name(), child))
+                    role = child.get_role_name()
+                    found.append((ROLES.get(role, role), child.get_name(), child))
                     visit(child)
         try:
             if root := self.root():
