@@ -39,10 +39,10 @@ class StatsAndFooterTest final : public QObject {
     void theModeShowsItsSymbolAtOnce_data() {
         QTest::addColumn<QString>("title");
         QTest::addColumn<QString>("symbol");
-        QTest::newRow("pain") << "Pain" << QString(u"\U0001F62B"_qs);
-        QTest::newRow("sexy") << "Sexy" << QString(u"\U0001F48B"_qs);
-        QTest::newRow("halo") << "Halo" << QString(u"\u2694\uFE0F"_qs);
-        QTest::newRow("custom") << "Custom" << QString(u"\U0001F3B5"_qs);
+        QTest::newRow("pain") << "Pain" << QStringLiteral("\U0001F62B");
+        QTest::newRow("sexy") << "Sexy" << QStringLiteral("\U0001F48B");
+        QTest::newRow("halo") << "Halo" << QStringLiteral("\u2694\uFE0F");
+        QTest::newRow("custom") << "Custom" << QStringLiteral("\U0001F3B5");
     }
     void theModeShowsItsSymbolAtOnce() {
         QFETCH(QString, title);
