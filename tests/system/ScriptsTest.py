@@ -3,11 +3,16 @@
 import os
 import pathlib
 import re
+import shutil
+import signal
 import struct
 import subprocess
 import tempfile
+import time
 import unittest
 import wave
+
+import claims
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 
@@ -43,7 +48,7 @@ class InstallPackages(unittest.TestCase):
         for file in (ROOT / "scripts" / "packages").iterdir():
             for line in file.read_text().splitlines():
                 if line and not line.startswith("#"):
-                    self.assertRegex(line, r"^[a-z0-9.+-]+ +# \S", file.name)
+                    self.assertRegex(line, r"^[A-Za-z0-9.+_-]+\?? +# \S", file.name)
 
     def testAnUnknownSetIsAnError(self):
         done = self.install("nonsense")
@@ -51,7 +56,8 @@ class InstallPackages(unittest.TestCase):
         self.assertIn('"nonsense"', done.stderr)
 
     def testSaysNothingWhenNothingIsMissing(self):
-        (self.folder / "packages" / "some").write_text("dpkg  # always there\n\n# a comment\n")
+        (self.folder / "packages" / "some").write_text("dpkg  # always there\n\n# a comment\n"
+                                                        "sh?  # no package, but a program\n")
         done = self.install("some")
         self.assertEqual((done.returncode, done.stdout, done.stderr), (0, "", ""))
 
@@ -62,6 +68,127 @@ class InstallPackages(unittest.TestCase):
                             stdin=subprocess.DEVNULL)
         self.assertEqual(done.returncode, 1)
         self.assertIn("    apt-get install --no-install-recommends no-such-package\n", done.stderr)
+
+
+    def stage(self, **programs):
+        """Puts shell scripts in the place of programs; a package is missing. Returns an environment."""
+        (self.folder / "packages" / "some").write_text("no-such-package  # not there\n")
+        (self.folder / "bin").mkdir()
+        for name, script in {"sudo": '[ "$1" != -n ] || shift; exec "$@"', **programs}.items():
+            program = self.folder / "bin" / name.replace("_", "-")
+            program.write_text(f"#!/bin/sh\n{script}\n")
+            program.chmod(0o755)
+        return {"PATH": f"{self.folder}/bin:/usr/bin:/bin"}
+
+    def testWithoutANetworkItSaysSoInALine(self):
+        done = self.install("some", env=self.stage(
+            apt_get="echo 'Temporary failure resolving some.mirror'; exit 100"))
+        self.assertEqual(done.returncode, 1)
+        self.assertEqual(done.stderr.splitlines()[0],
+                         "The packages cannot be fetched: no network, or no answer from the mirror.")
+        self.assertNotIn("Temporary", done.stderr)
+
+    def testCtrlCLetsAptFinishAndBeginsNothingFurther(self):
+        environment = self.stage(apt_get=f"""cd {self.folder}
+            for word; do case $word in update|install) break ;; esac; done
+            echo "$word begun" >>log; sleep 0.5; echo "$word whole" >>log""")
+        process = subprocess.Popen([self.folder / "install-packages", "some"], env=environment,
+                                   stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
+                                   stderr=subprocess.PIPE, text=True, start_new_session=True)
+        while not (self.folder / "log").exists():
+            time.sleep(0.01)
+        os.killpg(process.pid, signal.SIGINT)    # as a terminal does
+        errors = process.communicate(timeout=20)[1]
+        self.assertEqual(process.returncode, 130, errors)
+        self.assertEqual((self.folder / "log").read_text(), "update begun\nupdate whole\n")
+
+    def testAnotherSystemIsToldTheLibrariesAndTheCommands(self):
+        tools = self.folder / "tools"
+        tools.mkdir()
+        for name in ("bash", "dirname", "sed", "tr", "cat", "env"):
+            (tools / name).symlink_to(shutil.which(name))
+        for name in ("fedora", "arch"):
+            (self.folder / "packages" / name).write_text(f"cmake-of-{name}  # builds\n")
+        done = self.install("some", env={"PATH": str(tools)})
+        self.assertEqual(done.returncode, 1)
+        for text in ("dnf install cmake-of-fedora", "pacman -S --needed cmake-of-arch",
+                     "cmake --preset release", "cmake --build"):
+            self.assertIn(text, done.stderr)
+        self.assertNotIn("command not found", done.stderr)
+
+
+class Clone(unittest.TestCase):
+    """./run and ./test in a clone of which only what they call exists."""
+
+    def setUp(self):
+        self.folder = pathlib.Path(self.enterContext(tempfile.TemporaryDirectory())) / "a & b"
+        (self.folder / "scripts").mkdir(parents=True)
+        for name in ("run", "test", "scripts/clone-can-be-built"):
+            shutil.copy(ROOT / name, self.folder / name)
+
+    def testOneThatCannotBeWrittenToIsRefusedInALine(self):
+        (self.folder / "build").write_text("no folder")
+        for command in ("run", "test"):
+            done = run(self.folder / command)
+            self.assertEqual((done.returncode, done.stdout), (1, ""))
+            self.assertRegex(done.stderr, r"\AThis clone cannot be built: .*\n\Z")
+
+    def testATestThatEndsBeforeItsTestsFailsWithoutFurtherComplaint(self):
+        packages = self.folder / "scripts" / "install-packages"
+        packages.write_text("#!/bin/sh\necho No package today\nexit 1\n")
+        packages.chmod(0o755)
+        done = run(self.folder / "test")
+        self.assertEqual((done.returncode, done.stderr), (1, ""))
+        self.assertIn("1 of 1 phases failed", done.stdout)
+
+
+class TestResults(unittest.TestCase):
+    REPORT = """<testsuite>
+        <testcase name="a.fine" status="run"/>
+        <testcase name="a.bad" status="fail"><failure message=""/></testcase>
+        <testcase name="a.late" status="notrun"><skipped message=""/>
+            <system-out>/some/file.cpp:1: Skipped\nonly root can\n</system-out></testcase>
+        <testcase name="a.dumb" status="notrun"><skipped message=""/>
+            <system-out>SKIPPED: testThis: no microphone\n</system-out></testcase>
+        </testsuite>"""
+    AS_ROOT = '<testsuite><testcase name="a.late" status="run"/></testsuite>'
+
+    def ask(self, question, *reports):
+        folder = pathlib.Path(self.enterContext(tempfile.TemporaryDirectory()))
+        for number, report in enumerate(reports):
+            (folder / f"{number}.xml").write_text(report)
+        done = run(ROOT / "scripts" / "test-results", question, *sorted(folder.iterdir()))
+        self.assertEqual(done.returncode, 0, done.stderr)
+        return done.stdout
+
+    def testSkippedOnesHaveNotPassed(self):
+        self.assertEqual(self.ask("--count", self.REPORT), "1 of 4 tests passed\n")
+        self.assertEqual(self.ask("--skipped", self.REPORT),
+                         "a.dumb: testThis: no microphone\na.late: only root can\n")
+
+    def testWhatRootRunsLaterCounts(self):
+        self.assertEqual(self.ask("--only-root", self.REPORT), "^(a\\.late)$\n")
+        self.assertEqual(self.ask("--count", self.REPORT, self.AS_ROOT), "2 of 4 tests passed\n")
+        self.assertEqual(self.ask("--skipped", self.REPORT, self.AS_ROOT),
+                         "a.dumb: testThis: no microphone\n")
+
+
+class CheckSkipped(unittest.TestCase):
+    def check(self, skipped):
+        folder = pathlib.Path(self.enterContext(tempfile.TemporaryDirectory()))
+        (folder / "skipped").write_text(skipped)
+        (folder / "list").write_text("# why\nmacos  # no compiler\n\n")
+        return run(ROOT / ".ci" / "check-skipped", folder / "skipped", folder / "list")
+
+    def testWhatTheListAllowsMayBeSkipped(self):
+        self.assertEqual(self.check("").returncode, 0)
+        self.assertEqual(self.check("macos: npm is not installed\n").returncode, 0)
+
+    def testAnythingElseFails(self):
+        done = self.check("macos: none\nsystem.ElevationTest: only root can: do it\n")
+        self.assertEqual(done.returncode, 1)
+        self.assertIn("system.ElevationTest: only root can: do it", done.stdout)
+        self.assertNotIn("macos", done.stdout)
 
 
 class MakeRecording(unittest.TestCase):
@@ -119,4 +246,4 @@ class MacIcon(unittest.TestCase):
 
 
 if __name__ == "__main__":
-    unittest.main()
+    claims.main()

@@ -2,10 +2,13 @@
 
 import os
 import pathlib
+import shutil
 import signal
 import subprocess
 import tempfile
 import unittest
+
+import claims
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 COMMAND = str(ROOT / "scripts" / "virtual-desktop")
@@ -40,6 +43,19 @@ class VirtualDesktop(unittest.TestCase):
     def testWrongOptionsAreRefused(self):
         for words in ((), ("--size", "huge", "true"), ("--no-such-option", "true")):
             self.assertEqual(run(*words).returncode, 2, words)
+
+    def testAPlainUserIsRootOfHisOwnProcesses(self):
+        folder = pathlib.Path(self.enterContext(tempfile.TemporaryDirectory()))
+        folder.chmod(0o755)
+        command = shutil.copy(COMMAND, folder)
+        other = {"user": "nobody", "group": "nogroup", "extra_groups": []} if os.getuid() == 0 else {}
+        done = subprocess.run([command, "--root", "sh", "-c", "id -u; cat /proc/self/uid_map"],
+                              text=True, capture_output=True, timeout=60, cwd="/", **other)
+        if done.returncode == 77:
+            self.skipTest("only root can: " + done.stdout.strip())
+        self.assertEqual(done.returncode, 0, done.stderr)
+        self.assertEqual(done.stdout.split()[0], "0")
+        self.assertNotEqual(done.stdout.split()[2], "0", "the real root")
 
     def testHasWindowManagerTrayHostAndAccessibilityBus(self):
         done = run("sh", "-c", "xdotool search --class trayer && "
@@ -94,4 +110,4 @@ class VirtualDesktop(unittest.TestCase):
 
 
 if __name__ == "__main__":
-    unittest.main()
+    claims.main()

@@ -12,6 +12,7 @@ import tempfile
 import time
 import unittest
 
+import claims
 import desktop
 
 BUNDLE = pathlib.Path(os.environ["BONKORA_BUNDLE"])
@@ -247,4 +248,4 @@ class WholePanel(unittest.TestCase):
 
 
 if __name__ == "__main__":
-    unittest.main()
+    claims.main()

@@ -13,6 +13,7 @@ import time
 import unittest
 import wave
 
+import claims
 from detectors import DetectorCase, signal_with, write_wav
 
 COUNTED = ("slap", "hit", "playing")    # letters that an application counts in plain lines
@@ -193,7 +194,7 @@ class DetectorTest(DetectorCase):
 
     # Rights
 
-    @unittest.skipUnless(os.geteuid() == 0, "only root has rights to give up")
+    @unittest.skipUnless(os.geteuid() == 0, "only root can give rights up")
     def test_started_by_polkit_it_becomes_the_user_who_asked(self):
         nobody = pwd.getpwnam("nobody")
         self.folder.chmod(0o755)
@@ -212,7 +213,7 @@ class DetectorTest(DetectorCase):
         capabilities = next(line for line in status.splitlines() if line.startswith("CapEff:"))
         self.assertEqual(int(capabilities.split()[1], 16), 0)
 
-    @unittest.skipUnless(os.geteuid() == 0, "only root has rights to give up")
+    @unittest.skipUnless(os.geteuid() == 0, "only root can give rights up")
     def test_a_user_that_makes_no_sense_ends_it(self):
         self.environment["PKEXEC_UID"] = "many"
         done = self.run_spank("--stdio")
@@ -356,4 +357,4 @@ class DetectorTest(DetectorCase):
 
 
 if __name__ == "__main__":
-    unittest.main()
+    claims.main()

@@ -5,6 +5,7 @@ import subprocess
 import time
 import unittest
 
+import claims
 from detectors import DetectorCase
 
 SOURCE = ("load-module", "module-null-source", "source_name=microphone", "description=Microphone")
@@ -77,4 +78,4 @@ class MicrophoneRemovalTest(DetectorCase):
 
 
 if __name__ == "__main__":
-    unittest.main()
+    claims.main()
