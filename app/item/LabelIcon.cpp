@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "ui/drawing/TextPainter.h"
+#include "ui/drawing/TextStyle.h"
 
 namespace bonkora {
 

@@ -3,7 +3,7 @@
 #include <QAccessible>
 #include <QAccessibleWidget>
 
-#include "ui/controls/Pressable.h"
+#include "ui/controls/Buttons.h"
 #include "ui/controls/StepSlider.h"
 
 namespace bonkora {

@@ -3,7 +3,7 @@
 #include <QPainter>
 
 #include "ui/drawing/Colors.h"
-#include "ui/drawing/TextPainter.h"
+#include "ui/drawing/TextStyle.h"
 
 namespace bonkora {
 

@@ -2,7 +2,7 @@
 // only says so. Main thread.
 #pragma once
 
-#include "ui/controls/Pressable.h"
+#include "ui/controls/Buttons.h"
 
 namespace bonkora {
 

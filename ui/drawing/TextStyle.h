@@ -1,8 +1,13 @@
-// TextStyle: the named text styles of the panel. Sizes and line heights are logical pixels.
-// Values; main thread (fonts are Qt's).
+// The named text styles of the panel, and the measuring and drawing of text in them. Sizes and line
+// heights are logical pixels. Main thread, because fonts are Qt's.
 #pragma once
 
+#include <QColor>
 #include <QFont>
+#include <QPainter>
+#include <QRectF>
+#include <QSizeF>
+#include <QString>
 
 namespace bonkora {
 
@@ -35,5 +40,22 @@ inline constexpr TextStyle caption2{10, 13, false};
 inline constexpr TextStyle hint{9, 12, false};
 
 }  // namespace textStyle
+
+// Lines have the style's own height, and each emoji is drawn in the colour emoji font.
+namespace textPainter {
+
+// On one line, where the text itself has no line breaks.
+QSizeF naturalSize(const QString& text, const TextStyle& style);
+// Wrapped at words, and inside words that are too long, to `width`.
+qreal wrappedHeight(const QString& text, const TextStyle& style, qreal width);
+
+// On one line, vertically centred in `box`, ending in an ellipsis where it does not fit.
+void drawLine(QPainter& painter, const QRectF& box, const QString& text, const TextStyle& style,
+              const QColor& color, Qt::Alignment alignment = Qt::AlignLeft);
+// Wrapped to the width of `box`, from its top.
+void drawWrapped(QPainter& painter, const QRectF& box, const QString& text, const TextStyle& style,
+                 const QColor& color);
+
+}  // namespace textPainter
 
 }  // namespace bonkora

@@ -6,14 +6,12 @@
 
 #include "ui/controls/ScrollIndicator.h"
 #include "ui/drawing/Colors.h"
-#include "ui/drawing/Divider.h"
-#include "ui/panel/FooterSection.h"
-#include "ui/panel/HeaderSection.h"
+#include "ui/drawing/Decorations.h"
+#include "ui/panel/HeaderAndStatus.h"
 #include "ui/panel/ModeSelector.h"
 #include "ui/panel/PanelLayout.h"
 #include "ui/panel/SettingsSection.h"
-#include "ui/panel/StatsSection.h"
-#include "ui/panel/StatusSection.h"
+#include "ui/panel/StatsAndFooter.h"
 
 namespace bonkora {
 

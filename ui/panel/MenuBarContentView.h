@@ -8,7 +8,7 @@
 
 #include "bridge/SpankWrapper.h"
 #include "ui/panel/PanelEnvironment.h"
-#include "ui/panel/SliderValues.h"
+#include "ui/panel/SettingsSection.h"
 #include "ui/state/AppStorage.h"
 #include "ui/state/Observation.h"
 

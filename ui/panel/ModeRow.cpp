@@ -7,7 +7,7 @@
 #include "ui/drawing/Colors.h"
 #include "ui/drawing/Shapes.h"
 #include "ui/drawing/Symbol.h"
-#include "ui/drawing/TextPainter.h"
+#include "ui/drawing/TextStyle.h"
 
 namespace bonkora {
 
@@ -32,6 +32,24 @@ QEasingCurve easeInOut() {
 }
 
 }  // namespace
+
+ModeDisplay ModeDisplay::of(Mode mode) {
+    switch (mode) {
+        case Mode::pain:
+            return {QStringLiteral("\U0001F62B"), QStringLiteral("Pain"),
+                    QStringLiteral("Classic screams of agony. The MacBook suffers.")};
+        case Mode::sexy:
+            return {QStringLiteral("\U0001F48B"), QStringLiteral("Sexy"),
+                    QStringLiteral("Gets more intense the more you slap. Use headphones.")};
+        case Mode::halo:
+            return {QStringLiteral("\u2694\uFE0F"), QStringLiteral("Halo"),
+                    QStringLiteral("Random Halo soundtrack clips on each slap.")};
+        case Mode::custom:
+            return {QStringLiteral("\U0001F3B5"), QStringLiteral("Custom"),
+                    QStringLiteral("Your own MP3 files. Your MacBook, your rules.")};
+    }
+    return {};
+}
 
 ModeRow::ModeRow(Mode mode) : Pressable(QAccessible::RadioButton), display(ModeDisplay::of(mode)) {
     setText(display.title);

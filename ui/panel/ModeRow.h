@@ -1,15 +1,27 @@
-// ModeRow: one sound mode of the selector: symbol, title, one line of description and, when it is
-// the current one, a tinted background and a check mark. The whole rectangle can be pressed.
-// Main thread.
+// One sound mode: how it is named and drawn, and its row in the selector.
 #pragma once
 
+#include <QString>
 #include <QVariantAnimation>
 
-#include "ui/controls/Pressable.h"
-#include "ui/panel/ModeDisplay.h"
+#include "bridge/DetectorSettings.h"
+#include "ui/controls/Buttons.h"
 
 namespace bonkora {
 
+// ModeDisplay: how the panel shows a sound mode. A fixed table, shown as it is: none of it is
+// looked up for translation. Values; any thread.
+struct ModeDisplay {
+    QString symbol;  // one emoji
+    QString title;
+    QString description;
+
+    static ModeDisplay of(Mode mode);
+};
+
+// ModeRow: one sound mode of the selector: symbol, title, one line of description and, when it is
+// the current one, a tinted background and a check mark. The whole rectangle can be pressed.
+// Main thread.
 class ModeRow final : public Pressable {
     Q_OBJECT
 

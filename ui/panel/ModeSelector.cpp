@@ -3,7 +3,7 @@
 #include <QFileDialog>
 #include <QPointer>
 
-#include "ui/controls/PlainButton.h"
+#include "ui/controls/Buttons.h"
 #include "ui/controls/TextLabel.h"
 #include "ui/panel/PanelLayout.h"
 

@@ -6,7 +6,7 @@
 #include <array>
 
 #include "bridge/SpankWrapper.h"
-#include "ui/panel/FolderField.h"
+#include "ui/controls/FolderField.h"
 #include "ui/panel/ModeRow.h"
 
 namespace bonkora {

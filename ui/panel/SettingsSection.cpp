@@ -1,10 +1,8 @@
 #include "ui/panel/SettingsSection.h"
 
-#include <cmath>
-
 #include "platform/FatalError.h"
 #include "platform/Text.h"
-#include "ui/drawing/Divider.h"
+#include "ui/drawing/Decorations.h"
 #include "ui/panel/PanelLayout.h"
 
 namespace bonkora {
@@ -12,11 +10,42 @@ namespace bonkora {
 namespace {
 
 constexpr int rowSpacing = 10;
+constexpr int lineSpacing = 3;
 constexpr int sensitivityDecimals = 3;
 constexpr SliderRange sensitivityRange{.first = 10, .step = 5, .lastTick = 98, .denominator = 1000};
 constexpr SliderRange cooldownRange{.first = 100, .step = 50, .lastTick = 58};
 
+QHBoxLayout* apart(QWidget* left, QWidget* right) {
+    auto* row = panelLayout::padded(new QHBoxLayout, 0, 0);
+    row->addWidget(left);
+    row->addStretch();
+    row->addWidget(right);
+    return row;
+}
+
+TextLabel* hint(const QString& text) {
+    return new TextLabel(textStyle::hint.monospaced(), colorRole::secondary, text);
+}
+
 }  // namespace
+
+SliderBlock::SliderBlock(const SliderRange& range, const QString& caption, const QString& lowerHint,
+                         const QString& upperHint)
+    : valueLabel(new TextLabel(textStyle::caption.monospaced(), colorRole::accent)),
+      slider(new StepSlider(range, caption)) {
+    auto* stack = panelLayout::padded(new QVBoxLayout(this), 0, 0, lineSpacing);
+    stack->addLayout(apart(
+        new TextLabel(textStyle::caption.monospaced(), colorRole::primary, caption), valueLabel));
+    stack->addWidget(slider);
+    stack->addLayout(apart(hint(lowerHint), hint(upperHint)));
+    connect(slider, &StepSlider::valueChanged, this, &SliderBlock::valueChanged);
+    connect(slider, &StepSlider::editingChanged, this, &SliderBlock::editingChanged);
+}
+
+void SliderBlock::show(double value, const QString& valueText) {
+    slider->show(value);
+    valueLabel->show(valueText);
+}
 
 SettingsSection::SettingsSection(SpankWrapper& wrapper, SliderValues& theValues)
     : spankWrapper(wrapper),

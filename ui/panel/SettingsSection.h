@@ -1,17 +1,47 @@
-// SettingsSection: the card in which the detector is tuned. Each committed change is written to the
-// controller and restarts a running detector. Main thread.
+// The card in which the detector is tuned, with the slider blocks that it is made of.
 #pragma once
 
+#include <QWidget>
 #include <cstdint>
 
 #include "bridge/SpankWrapper.h"
+#include "ui/controls/StepSlider.h"
+#include "ui/controls/TextLabel.h"
 #include "ui/controls/ToggleRow.h"
-#include "ui/drawing/Card.h"
-#include "ui/panel/SliderBlock.h"
-#include "ui/panel/SliderValues.h"
+#include "ui/drawing/Decorations.h"
 
 namespace bonkora {
 
+// SliderValues: the panel's own copies of what the two sliders edit. The controller's settings
+// follow only when a drag ends. Values; main thread.
+struct SliderValues {
+    double cooldown = 750.0;  // milliseconds
+    double sensitivity = 0.05;
+};
+
+// SliderBlock: a caption with its value, the slider, and the hints at its two ends. Main thread.
+class SliderBlock final : public QWidget {
+    Q_OBJECT
+
+  public:
+    SliderBlock(const SliderRange& range, const QString& caption, const QString& lowerHint,
+                const QString& upperHint);
+
+    void show(double value, const QString& valueText);
+    using QWidget::show;
+
+  signals:
+    // Of the slider.
+    void valueChanged(double value);
+    void editingChanged(bool isEditing);
+
+  private:
+    TextLabel* valueLabel;
+    StepSlider* slider;
+};
+
+// SettingsSection: the card in which the detector is tuned. Each committed change is written to the
+// controller and restarts a running detector. Main thread.
 class SettingsSection final : public Card {
     Q_OBJECT
 

@@ -1,6 +1,10 @@
-#include "ui/panel/StatsSection.h"
+#include "ui/panel/StatsAndFooter.h"
 
-#include "ui/panel/ModeDisplay.h"
+#include <chrono>
+
+#include "ui/controls/Buttons.h"
+#include "ui/controls/TextLabel.h"
+#include "ui/panel/ModeRow.h"
 #include "ui/panel/PanelLayout.h"
 
 namespace bonkora {
@@ -8,6 +12,9 @@ namespace bonkora {
 namespace {
 
 constexpr int columnSpacing = 3;
+constexpr int footerPadding = 8;
+// All the time that the detector's shutdown gets before the application ends.
+constexpr std::chrono::milliseconds terminateDelay{300};
 
 QVBoxLayout* column(const QString& caption, TextLabel* value, Qt::Alignment alignment) {
     auto* stack = panelLayout::padded(new QVBoxLayout, 0, 0, columnSpacing);
@@ -41,6 +48,24 @@ void StatsSection::redraw() {
     lifetimeValue->show(tr("%1").arg(slapCounterTotal.get()));
     sessionValue->show(tr("%1").arg(spankWrapper.slapCount.get()));
     modeSymbol->show(ModeDisplay::of(spankWrapper.currentMode).symbol);
+}
+
+FooterSection::FooterSection(SpankWrapper& wrapper, const PanelEnvironment& theEnvironment)
+    : spankWrapper(wrapper), environment(theEnvironment) {
+    auto* quitButton =
+        new PlainButton(textStyle::caption2.monospaced(), colorRole::red, tr("Quit"));
+    auto* row = panelLayout::padded(new QHBoxLayout(this), panelLayout::sidePadding, footerPadding);
+    row->addWidget(new TextLabel(textStyle::caption2.monospaced(), colorRole::secondary,
+                                 tr("Powered by spank")));
+    row->addStretch();
+    row->addWidget(quitButton);
+    connect(quitButton, &PlainButton::clicked, this, &FooterSection::quit);
+}
+
+void FooterSection::quit() {
+    spankWrapper.stop();
+    // The step belongs to the queue, not to the panel, which may be gone by then.
+    environment.mainQueue->asyncAfter(terminateDelay, environment.terminate);
 }
 
 }  // namespace bonkora

@@ -1,16 +1,42 @@
-#include "ui/panel/StatusSection.h"
+#include "ui/panel/HeaderAndStatus.h"
 
 #include "platform/Text.h"
+#include "ui/controls/TextLabel.h"
+#include "ui/drawing/Decorations.h"
 #include "ui/panel/PanelLayout.h"
 
 namespace bonkora {
 
 namespace {
 
+constexpr int headerPadding = 10;
+constexpr int symbolSize = 20;
 constexpr int rowSpacing = 6;
 constexpr int amplitudeDecimals = 4;
 
 }  // namespace
+
+HeaderSection::HeaderSection(SpankWrapper& wrapper)
+    : spankWrapper(wrapper), runButton(new RunButton) {
+    auto* row = panelLayout::padded(new QHBoxLayout(this), panelLayout::sidePadding, headerPadding);
+    row->addWidget(new SymbolView(Symbol::handRaisedFill, symbolSize, colorRole::accent));
+    row->addWidget(new TextLabel(textStyle::headline.monospaced().weighing(QFont::Bold),
+                                 colorRole::primary, tr("Bonkora")));
+    row->addStretch();
+    row->addWidget(runButton);
+
+    connect(runButton, &RunButton::clicked, this, [this] {
+        if (spankWrapper.isRunning) {
+            spankWrapper.stop();
+        } else {
+            spankWrapper.start();
+        }
+    });
+}
+
+void HeaderSection::redraw() {
+    runButton->show(spankWrapper.isRunning);
+}
 
 StatusSection::StatusSection(SpankWrapper& wrapper)
     : spankWrapper(wrapper),

@@ -1,6 +1,6 @@
 #include <QTimer>
 
-#include "ui/state/UserDefaults.h"
+#include "ui/state/AppStorage.h"
 
 namespace bonkora {
 

@@ -1,4 +1,4 @@
-#include "ui/panel/FolderField.h"
+#include "ui/controls/FolderField.h"
 
 #include <QPainter>
 #include <QSignalBlocker>

@@ -3,7 +3,7 @@
 #include <QFileSystemWatcher>
 #include <utility>
 
-#include "ui/state/UserDefaults.h"
+#include "ui/state/AppStorage.h"
 
 namespace bonkora {
 
