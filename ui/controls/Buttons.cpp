@@ -84,7 +84,7 @@ RunButton::RunButton() : Pressable(QAccessible::Button) {
     setText(tr("Start"));
 }
 
-void RunButton::show(bool isRunning) {
+void RunButton::display(bool isRunning) {
     if (isRunning != showsRunning) {
         showsRunning = isRunning;
         setText(isRunning ? tr("Stop") : tr("Start"));

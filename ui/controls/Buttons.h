@@ -66,8 +66,7 @@ class RunButton final : public Pressable {
   public:
     RunButton();
 
-    void show(bool isRunning);
-    using Pressable::show;
+    void display(bool isRunning);
 
     QSize sizeHint() const override;
 

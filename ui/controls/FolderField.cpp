@@ -29,7 +29,7 @@ FolderField::FolderField(const QString& placeholder) {
     setPalette(clear);
 }
 
-void FolderField::show(const QString& newText) {
+void FolderField::display(const QString& newText) {
     if (newText != text()) {
         const QSignalBlocker notAnEdit(this);
         setText(newText);

@@ -14,8 +14,7 @@ class FolderField final : public QLineEdit {
     explicit FolderField(const QString& placeholder);
 
     // Shows `text` without an edit; the cursor stays where it is if that is shown already.
-    void show(const QString& text);
-    using QLineEdit::show;
+    void display(const QString& text);
 
     QSize sizeHint() const override;
 

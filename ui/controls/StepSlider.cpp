@@ -55,7 +55,7 @@ StepSlider::StepSlider(const SliderRange& theRange, const QString& accessibleNam
     connect(&quiet, &QTimer::timeout, this, &StepSlider::end);
 }
 
-void StepSlider::show(double value) {
+void StepSlider::display(double value) {
     if (value != shown) {
         shown = value;
         update();
@@ -91,7 +91,7 @@ void StepSlider::end() {
 void StepSlider::moveTo(int newTick) {
     newTick = std::clamp(newTick, 0, range.lastTick);
     if (newTick != tick()) {
-        show(range.value(newTick));
+        display(range.value(newTick));
         emit valueChanged(shown);
     }
 }

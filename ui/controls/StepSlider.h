@@ -49,8 +49,7 @@ class StepSlider final : public QWidget {
     StepSlider(const SliderRange& range, const QString& accessibleName);
 
     // Any number: the thumb stands at the nearest step.
-    void show(double value);
-    using QWidget::show;
+    void display(double value);
 
     double value() const { return shown; }
     const SliderRange& values() const { return range; }

@@ -21,7 +21,7 @@ TextLabel::TextLabel(const TextStyle& theStyle, QPalette::ColorRole theColor, co
     fixSize();
 }
 
-void TextLabel::show(const QString& newText) {
+void TextLabel::display(const QString& newText) {
     if (newText != text()) {
         if (!takesAsMuch(newText)) {
             natural.reset();

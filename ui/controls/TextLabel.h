@@ -23,8 +23,7 @@ class TextLabel final : public QLabel {
               Lines lines = Lines::one);
 
     // Shows `text` as it is: nothing in it is markup. Cheap when it is shown already.
-    void show(const QString& text);
-    using QLabel::show;
+    void display(const QString& text);
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;

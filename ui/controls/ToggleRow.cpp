@@ -27,7 +27,7 @@ ToggleRow::ToggleRow(const QString& title, const QString& subtitle)
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
 }
 
-void ToggleRow::show(bool isOn) {
+void ToggleRow::display(bool isOn) {
     if (isOn != on) {
         on = isOn;
         update();

@@ -12,8 +12,7 @@ class ToggleRow final : public Pressable {
   public:
     ToggleRow(const QString& title, const QString& subtitle);
 
-    void show(bool isOn);
-    using Pressable::show;
+    void display(bool isOn);
 
     bool isOn() const override { return on; }
     QSize sizeHint() const override;

@@ -27,7 +27,7 @@ StatusDot::StatusDot() : color(colorRole::gray) {
     setFixedSize(8, 8);
 }
 
-void StatusDot::show(QPalette::ColorRole newColor) {
+void StatusDot::display(QPalette::ColorRole newColor) {
     if (newColor != color) {
         color = newColor;
         update();

@@ -42,8 +42,7 @@ class StatusDot final : public QWidget {
   public:
     StatusDot();
 
-    void show(QPalette::ColorRole color);
-    using QWidget::show;
+    void display(QPalette::ColorRole color);
 
   protected:
     void paintEvent(QPaintEvent* event) override;

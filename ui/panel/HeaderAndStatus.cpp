@@ -35,7 +35,7 @@ HeaderSection::HeaderSection(SpankWrapper& wrapper)
 }
 
 void HeaderSection::redraw() {
-    runButton->show(spankWrapper.isRunning);
+    runButton->display(spankWrapper.isRunning);
 }
 
 StatusSection::StatusSection(SpankWrapper& wrapper)
@@ -62,10 +62,10 @@ StatusSection::StatusSection(SpankWrapper& wrapper)
 }
 
 void StatusSection::redraw() {
-    dot->show(spankWrapper.isRunning ? colorRole::accent : colorRole::gray);
-    statusText->show(QString::fromStdString(spankWrapper.statusMessage));
+    dot->display(spankWrapper.isRunning ? colorRole::accent : colorRole::gray);
+    statusText->display(QString::fromStdString(spankWrapper.statusMessage));
     const double amplitude = spankWrapper.lastAmplitude;
-    impactValue->show(QString::fromStdString(platform::fixedDecimal(amplitude, amplitudeDecimals)));
+    impactValue->display(QString::fromStdString(platform::fixedDecimal(amplitude, amplitudeDecimals)));
     impactRow->setVisible(amplitude > 0.0);
 }
 

@@ -51,9 +51,9 @@ ModeDisplay ModeDisplay::of(Mode mode) {
     return {};
 }
 
-ModeRow::ModeRow(Mode mode) : Pressable(QAccessible::RadioButton), display(ModeDisplay::of(mode)) {
-    setText(display.title);
-    setAccessibleDescription(display.description);
+ModeRow::ModeRow(Mode mode) : Pressable(QAccessible::RadioButton), content(ModeDisplay::of(mode)) {
+    setText(content.title);
+    setAccessibleDescription(content.description);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     animation.setDuration(transitionMilliseconds);
     animation.setEasingCurve(easeInOut());
@@ -63,7 +63,7 @@ ModeRow::ModeRow(Mode mode) : Pressable(QAccessible::RadioButton), display(ModeD
     });
 }
 
-void ModeRow::show(bool newIsCurrent, Transition transition) {
+void ModeRow::display(bool newIsCurrent, Transition transition) {
     if (newIsCurrent == isCurrent) {
         return;
     }
@@ -94,17 +94,17 @@ void ModeRow::paintEvent(QPaintEvent*) {
 
     const QRectF inside = QRectF(rect()).adjusted(padding, padding, -padding, -padding);
     const QColor primary = palette().color(colorRole::primary);
-    const qreal symbolWidth = textPainter::naturalSize(display.symbol, symbolStyle).width();
+    const qreal symbolWidth = textPainter::naturalSize(content.symbol, symbolStyle).width();
     textPainter::drawLine(painter, {inside.left(), inside.top(), symbolWidth, inside.height()},
-                          display.symbol, symbolStyle, primary);
+                          content.symbol, symbolStyle, primary);
 
     // The check mark takes its room from the text as it appears.
     const qreal left = inside.left() + symbolWidth + spacing;
     const qreal room = inside.right() - left - highlighted * (spacing + checkMarkSize);
     const QRectF title(left, inside.top(), room, titleStyle.lineHeight);
-    textPainter::drawLine(painter, title, display.title, titleStyle, primary);
+    textPainter::drawLine(painter, title, content.title, titleStyle, primary);
     textPainter::drawLine(painter, title.translated(0, titleStyle.lineHeight + lineSpacing),
-                          display.description, descriptionStyle,
+                          content.description, descriptionStyle,
                           palette().color(colorRole::secondary));
 
     painter.setOpacity(highlighted);

@@ -31,8 +31,7 @@ class ModeRow final : public Pressable {
     explicit ModeRow(Mode mode);
 
     // The transition takes 0.2 s.
-    void show(bool isCurrent, Transition transition);
-    using Pressable::show;
+    void display(bool isCurrent, Transition transition);
 
     bool isOn() const override { return isCurrent; }
     // How far the highlight has come, from 0 to 1.
@@ -48,7 +47,7 @@ class ModeRow final : public Pressable {
     void keyPressEvent(QKeyEvent* event) override;
 
   private:
-    const ModeDisplay display;
+    const ModeDisplay content;
     bool isCurrent = false;
     qreal highlighted = 0;
     QVariantAnimation animation{this};

@@ -52,10 +52,10 @@ QWidget* ModeSelector::makeFolderRow() {
 
 void ModeSelector::redraw() {
     for (std::size_t index = 0; index < allCases.size(); ++index) {
-        rows.at(index)->show(spankWrapper.currentMode == allCases.at(index), transition);
+        rows.at(index)->display(spankWrapper.currentMode == allCases.at(index), transition);
     }
     transition = ModeRow::Transition::none;
-    folderField->show(QString::fromStdString(spankWrapper.customSoundPath));
+    folderField->display(QString::fromStdString(spankWrapper.customSoundPath));
     folderRow->setVisible(spankWrapper.currentMode == Mode::custom);
 }
 

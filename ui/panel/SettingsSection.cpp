@@ -42,9 +42,9 @@ SliderBlock::SliderBlock(const SliderRange& range, const QString& caption, const
     connect(slider, &StepSlider::editingChanged, this, &SliderBlock::editingChanged);
 }
 
-void SliderBlock::show(double value, const QString& valueText) {
-    slider->show(value);
-    valueLabel->show(valueText);
+void SliderBlock::display(double value, const QString& valueText) {
+    slider->display(value);
+    valueLabel->display(valueText);
 }
 
 SettingsSection::SettingsSection(SpankWrapper& wrapper, SliderValues& theValues)
@@ -90,11 +90,11 @@ SettingsSection::SettingsSection(SpankWrapper& wrapper, SliderValues& theValues)
 }
 
 void SettingsSection::redraw() {
-    sensitivity->show(values.sensitivity, QString::fromStdString(platform::fixedDecimal(
+    sensitivity->display(values.sensitivity, QString::fromStdString(platform::fixedDecimal(
                                               values.sensitivity, sensitivityDecimals)));
-    cooldown->show(values.cooldown, tr("%1ms").arg(wholeMilliseconds(values.cooldown)));
-    volumeToggle->show(spankWrapper.volumeScaling);
-    fastToggle->show(spankWrapper.fastMode);
+    cooldown->display(values.cooldown, tr("%1ms").arg(wholeMilliseconds(values.cooldown)));
+    volumeToggle->display(spankWrapper.volumeScaling);
+    fastToggle->display(spankWrapper.fastMode);
 }
 
 std::int64_t SettingsSection::wholeMilliseconds(double milliseconds) {

@@ -27,8 +27,7 @@ class SliderBlock final : public QWidget {
     SliderBlock(const SliderRange& range, const QString& caption, const QString& lowerHint,
                 const QString& upperHint);
 
-    void show(double value, const QString& valueText);
-    using QWidget::show;
+    void display(double value, const QString& valueText);
 
   signals:
     // Of the slider.

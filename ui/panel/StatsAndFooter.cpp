@@ -45,9 +45,9 @@ StatsSection::StatsSection(SpankWrapper& wrapper, const AppStorage& total)
 }
 
 void StatsSection::redraw() {
-    lifetimeValue->show(tr("%1").arg(slapCounterTotal.get()));
-    sessionValue->show(tr("%1").arg(spankWrapper.slapCount.get()));
-    modeSymbol->show(ModeDisplay::of(spankWrapper.currentMode).symbol);
+    lifetimeValue->display(tr("%1").arg(slapCounterTotal.get()));
+    sessionValue->display(tr("%1").arg(spankWrapper.slapCount.get()));
+    modeSymbol->display(ModeDisplay::of(spankWrapper.currentMode).symbol);
 }
 
 FooterSection::FooterSection(SpankWrapper& wrapper, const PanelEnvironment& theEnvironment)

@@ -26,7 +26,7 @@ struct Stand {
         window.resize(300, 60);
         slider.setGeometry(0, 0, 300, 20);
         other.setGeometry(0, 30, 300, 20);
-        slider.show(750);
+        slider.display(750);
         window.show();
         window.activateWindow();
         (void)QTest::qWaitForWindowActive(&window);
@@ -74,7 +74,7 @@ class StepSliderTest final : public QObject {
 
     void whatTheProgramShowsIsNoEdit() {
         Stand stand;
-        stand.slider.show(1200);
+        stand.slider.display(1200);
         QCOMPARE(stand.slider.value(), 1200.0);
         QCOMPARE(stand.values.count(), 0);
         QCOMPARE(stand.editing.count(), 0);

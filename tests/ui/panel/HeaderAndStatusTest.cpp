@@ -142,7 +142,7 @@ class HeaderAndStatusTest final : public QObject {
             TextLabel line(style, colorRole::primary, "100");
             for (const char* text : {"111", "222", "333", "444", "555", "666", "777", "888", "999",
                                      "9.9", "1000", "ii", "WW", "日本語", "äöü", "👋👋", "", "7"}) {
-                line.show(text);
+                line.display(text);
                 QCOMPARE(line.size(), TextLabel(style, colorRole::primary, text).size());
             }
         }
