@@ -37,7 +37,7 @@ class AccessiblePressable final : public QAccessibleWidget {
 
     void doAction(const QString& name) override {
         if (name == pressAction() || name == toggleAction()) {
-            // In a turn of its own: whoever asks does not wait for a dialog that the press opens.
+            // Queued, because the press may open a dialog and the caller must not wait for that.
             QMetaObject::invokeMethod(&pressable, &Pressable::click, Qt::QueuedConnection);
         } else {
             QAccessibleWidget::doAction(name);

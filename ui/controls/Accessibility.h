@@ -1,10 +1,10 @@
-// What assistive technology is told about the painted controls: role, name, description, state,
-// value and action. Main thread.
+// Describes the painted controls to assistive technology: role, name, description, state, value
+// and action.
 #pragma once
 
 namespace bonkora {
 
-// Once, before the first panel is made.
+// Call once, before the first panel is made.
 void installAccessibility();
 
 }  // namespace bonkora

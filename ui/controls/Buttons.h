@@ -1,5 +1,4 @@
-// The painted buttons: what all of them have in common, the plain word and the run control.
-// Main thread.
+// The painted buttons: what all of them share, the plain word and the run control.
 #pragma once
 
 #include <QAbstractButton>
@@ -10,9 +9,9 @@
 
 namespace bonkora {
 
-// Pressable: what the panel's painted buttons have in common: pressed by mouse, space and enter,
-// reached by Tab, a focus ring, a role and a description for assistive technology. It keeps no
-// state of its own beside what it was last told to show. Main thread.
+// Pressable: what the painted buttons share. It is pressed by mouse, space or enter, is reached by
+// Tab, shows a focus ring and has a role for assistive technology. Its only state is what it was
+// last told to display.
 class Pressable : public QAbstractButton {
     Q_OBJECT
 
@@ -20,7 +19,7 @@ class Pressable : public QAbstractButton {
     explicit Pressable(QAccessible::Role role);
 
     QAccessible::Role role() const { return accessibleRole; }
-    // For radio buttons and check boxes: whether it is shown as chosen or on.
+    // Whether a radio button is displayed as chosen, or a check box as on.
     virtual bool isOn() const { return false; }
 
     QSize minimumSizeHint() const override { return sizeHint(); }
@@ -30,9 +29,9 @@ class Pressable : public QAbstractButton {
     void focusInEvent(QFocusEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
 
-    // Draws the ring where there is one to show.
+    // Draws the ring if it is shown at present.
     void drawFocusRing(QPainter& painter, qreal radius) const;
-    // Tells assistive technology that isOn() differs.
+    // Tells assistive technology that isOn() has changed.
     void announceOn();
 
   private:
@@ -40,7 +39,7 @@ class Pressable : public QAbstractButton {
     FocusRing ring;
 };
 
-// PlainButton: a word without bezel or background that can be pressed. Main thread.
+// PlainButton: a word that can be pressed, without bezel or background.
 class PlainButton final : public Pressable {
     Q_OBJECT
 
@@ -58,8 +57,8 @@ class PlainButton final : public Pressable {
     const QPalette::ColorRole color;
 };
 
-// RunButton: the header's run control: a symbol and a word in white on the accent colour ("Start")
-// or on red ("Stop"). It shows what it is told and is never disabled. Main thread.
+// RunButton: the header's run control, a white symbol and word on the accent colour ("Start") or on
+// red ("Stop"). It is never disabled.
 class RunButton final : public Pressable {
     Q_OBJECT
 

@@ -14,7 +14,7 @@ bool FocusRing::follow(const QFocusEvent& event) {
             break;
         case Qt::ActiveWindowFocusReason:
         case Qt::PopupFocusReason:
-            break;  // the window lost the focus or has it back: the ring stays as it was
+            break;  // the window went out of use or came back: the ring stays as it was
         default:
             shown = false;
     }

@@ -1,6 +1,5 @@
-// FocusRing: whether a control shows that it holds the keyboard focus, and how. The ring appears
-// when the focus came by the keyboard, and goes with the focus; a click does not call it up.
-// Main thread.
+// FocusRing: whether and how a control shows that it holds the keyboard focus. The ring appears
+// when the focus arrives by the keyboard, not by a click, and disappears with the focus.
 #pragma once
 
 #include <QFocusEvent>
@@ -11,11 +10,11 @@ namespace bonkora {
 
 class FocusRing {
   public:
-    // Hand every focus event of the control to this. Whether the ring came or went.
+    // To be given every focus event of the control. Returns whether the ring appeared or went.
     bool follow(const QFocusEvent& event);
     bool isShown() const { return shown; }
 
-    // Around `box`, two pixels wide, on its inside.
+    // Just inside `box`, two pixels wide.
     static void draw(QPainter& painter, const QRectF& box, qreal radius, const QColor& color);
 
   private:

@@ -1,4 +1,4 @@
-// FolderField: a single-line text field with a rounded border. Main thread.
+// FolderField: a single-line text field with a rounded border.
 #pragma once
 
 #include <QLineEdit>
@@ -13,7 +13,7 @@ class FolderField final : public QLineEdit {
   public:
     explicit FolderField(const QString& placeholder);
 
-    // Shows `text` without an edit; the cursor stays where it is if that is shown already.
+    // Not an edit: no signal is sent. A text that is displayed already leaves the cursor in place.
     void display(const QString& text);
 
     QSize sizeHint() const override;

@@ -1,5 +1,5 @@
-// ScrollIndicator: the thin scroll bar of the panel: a rounded handle without track or arrows that
-// can be dragged. Main thread.
+// ScrollIndicator: the panel's thin scroll bar, a rounded handle that can be dragged, without track
+// or arrows.
 #pragma once
 
 #include <QScrollBar>

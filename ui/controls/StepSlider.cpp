@@ -161,7 +161,7 @@ void StepSlider::keyReleaseEvent(QKeyEvent* event) {
 
 void StepSlider::wheelEvent(QWheelEvent* event) {
     if (!hasFocus() || editing == Editing::mouse || editing == Editing::key) {
-        event->ignore();  // the wheel over a slider scrolls the panel
+        event->ignore();  // then the wheel scrolls the panel
         return;
     }
     wheelAngle += event->angleDelta().y();

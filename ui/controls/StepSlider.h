@@ -10,16 +10,16 @@
 
 namespace bonkora {
 
-// SliderRange: the values that a slider can take: `first`, `first + step`, ... over `denominator`.
-// Whole numbers divided once, because adding 0.005 to 0.01 again and again misses a third of the
-// decimals by one bit. Values; any thread.
+// SliderRange: the values that a slider can take: `first`, `first + step` and so on, each divided
+// by `denominator`. Whole numbers divided once, because adding up 0.005 misses a third of the
+// decimals by one bit. Any thread.
 struct SliderRange {
     int first;
     int step;
     int lastTick;
     int denominator = 1;
 
-    // Of a tick from 0 to lastTick.
+    // `tick` goes from 0 to lastTick.
     constexpr double value(int tick) const {
         return static_cast<double>(first + step * tick) / denominator;
     }
@@ -27,7 +27,7 @@ struct SliderRange {
     constexpr double highest() const { return value(lastTick); }
     constexpr double stepSize() const { return static_cast<double>(step) / denominator; }
 
-    // Whose value is nearest; the first for what is no number.
+    // The tick whose value is nearest; 0 for what is not a number.
     int nearestTick(double wanted) const {
         const double ticks = (wanted * denominator - first) / step;
         return ticks > 0 ? static_cast<int>(std::lround(std::min(ticks, double{1.0} * lastTick)))
@@ -35,25 +35,26 @@ struct SliderRange {
     }
 };
 
-// StepSlider: a slider over the values of a SliderRange, for the user alone: what the program shows
-// in it never comes back as an edit. Main thread.
+// StepSlider: a slider over the values of a SliderRange. Its signals report only what the user
+// does: a value that the program displays never comes back as an edit.
 //
-// A drag begins with editingChanged(true) and ends with editingChanged(false); between the two each
-// new value is reported. One drag is: a press of the mouse until its release, anywhere on the
-// track; steps of a held key until its release; steps of the wheel until half a second of quiet;
-// loss of the focus ends either. A slider that is hidden in mid-drag never ends it.
+// A drag begins with editingChanged(true) and ends with editingChanged(false); between the two,
+// each new value is reported. A drag lasts from the press of the mouse, anywhere on the track, to
+// its release; while a key is held; or over turns of the wheel, until half a second without one.
+// Losing the focus ends the last two. A drag that is under way when the slider is hidden never
+// ends.
 class StepSlider final : public QWidget {
     Q_OBJECT
 
   public:
     StepSlider(const SliderRange& range, const QString& accessibleName);
 
-    // Any number: the thumb stands at the nearest step.
+    // Takes any number; the thumb stands at the nearest step.
     void display(double value);
 
     double value() const { return shown; }
     const SliderRange& values() const { return range; }
-    // As one drag of its own: how assistive technology sets a value.
+    // A whole drag in one call: how assistive technology sets a value.
     void edit(double value);
 
     QSize sizeHint() const override;

@@ -16,7 +16,7 @@ TextLabel::TextLabel(const TextStyle& theStyle, QPalette::ColorRole theColor, co
     setFont(look.font());
     setSizePolicy(lines == Lines::one ? QSizePolicy::Preferred : QSizePolicy::Expanding,
                   lines == Lines::one ? QSizePolicy::Fixed : QSizePolicy::Preferred);
-    setWordWrap(lines == Lines::asNeeded);  // a label's height follows its width only then
+    setWordWrap(lines == Lines::asNeeded);  // QLabel lets its height follow its width only then
     setText(text);
     fixSize();
 }
@@ -32,8 +32,8 @@ void TextLabel::display(const QString& newText) {
     }
 }
 
-// Of a fixed font's digits one is as wide as the other. Most changes are of numbers, and to measure
-// them costs as much as all else that is done to show them.
+// Most changes are of numbers, the digits of a fixed font are equally wide, and measuring costs as
+// much as everything else that a redraw does.
 bool TextLabel::takesAsMuch(const QString& newText) const {
     const auto isAsWide = [](QChar one, QChar other) {
         const auto isDigit = [](QChar character) { return character >= u'0' && character <= u'9'; };
@@ -45,7 +45,7 @@ bool TextLabel::takesAsMuch(const QString& newText) const {
            QFontInfo(font()).fixedPitch();
 }
 
-// While a line keeps its size, as a number mostly does, its new text costs the panel no layout.
+// A widget of fixed size costs the panel no new layout when its text changes.
 void TextLabel::fixSize() {
     if (lines == Lines::one) {
         setFixedSize(sizeHint());

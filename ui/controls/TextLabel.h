@@ -1,5 +1,5 @@
-// TextLabel: a text of the panel in one text style and one colour role. A QLabel, so that assistive
-// technology reads exactly the text shown; the drawing is ours. Main thread.
+// TextLabel: a text in one text style and one colour role. It is a QLabel, so that assistive
+// technology reads exactly the text shown, but draws the text itself.
 #pragma once
 
 #include <QLabel>
@@ -22,7 +22,7 @@ class TextLabel final : public QLabel {
     TextLabel(const TextStyle& style, QPalette::ColorRole color, const QString& text = {},
               Lines lines = Lines::one);
 
-    // Shows `text` as it is: nothing in it is markup. Cheap when it is shown already.
+    // Nothing in `text` is taken for markup. Cheap when it is displayed already.
     void display(const QString& text);
 
     QSize sizeHint() const override;
@@ -39,7 +39,7 @@ class TextLabel final : public QLabel {
     const TextStyle look;
     const QPalette::ColorRole color;
     const Lines lines;
-    // What the layout asks again and again for one text; shaping it is what a redraw costs.
+    // Measuring a text costs more than drawing it, and a layout asks for it many times.
     mutable std::optional<QSize> natural;
     mutable int wrappedWidth = -1;  // to which the text was wrapped last
     mutable int wrappedHeight = 0;

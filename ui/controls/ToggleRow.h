@@ -1,5 +1,5 @@
-// ToggleRow: a title above a subtitle, and a switch at the right. It shows what it is told; a press
-// only says so. Main thread.
+// ToggleRow: a title above a subtitle, and a switch at the right. A press does not flip it: it only
+// sends clicked(), and display() follows.
 #pragma once
 
 #include "ui/controls/Buttons.h"

@@ -19,9 +19,9 @@ QColor white(int percent) {
     return QColor::fromRgbF(1, 1, 1, static_cast<float>(percent) / 100.0F);
 }
 
-// The platform's colours. Where its own stand too near to their background to be read (less than
-// 4.5 to 1 for text, 3 to 1 for graphics), the next step that does not: secondary text at 62 %
-// instead of 50 % (light) and 55 % (dark), and the empty tracks.
+// The platform's colours. Two of them have too little contrast there (below 4.5 to 1 for text or
+// 3 to 1 for graphics) and are stronger here: secondary text has 62 % instead of 50 % (light) and
+// 55 % (dark), and the empty part of sliders and switches is darker.
 Colors lightColors() {
     return {.window = QColor(0xEC, 0xEC, 0xEC),
             .controlBackground = QColor(0xFF, 0xFF, 0xFF),

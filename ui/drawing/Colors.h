@@ -1,5 +1,5 @@
-// The panel's colours, as roles of a palette, so that every widget takes them from its own palette
-// and a change between light and dark reaches all of them at once. Pure functions; any thread.
+// The panel's colours as roles of a palette: every widget takes them from its own palette, so one
+// new palette changes them all between light and dark. Any thread.
 #pragma once
 
 #include <QPalette>
@@ -8,7 +8,7 @@ namespace bonkora {
 
 // The panel's accent: sRGB red 0.22, green 0.78, blue 0.45.
 inline const QColor accentColor = QColor::fromRgbF(0.22F, 0.78F, 0.45F);
-// The platform's red in the variant that white text reads on, in light and dark.
+// The platform's red, in the variant on which white text can be read in light and dark.
 inline const QColor runningColor(0xD7, 0x00, 0x15);
 
 namespace colorRole {
@@ -29,9 +29,10 @@ inline constexpr auto hairline = QPalette::Shadow;  // the panel's edge
 
 QPalette panelPalette(bool isDark);
 
-// What `over` looks like on `under`; `under` is opaque.
+// The colour seen where `over` lies on `under`, which is opaque.
 QColor composited(const QColor& over, const QColor& under);
-// How far two opaque colours stand apart, from 1 (equal) to 21 (black and white).
+// The contrast of two opaque colours by the formula of WCAG 2, from 1 (equal) to 21 (black on
+// white).
 double contrastRatio(const QColor& one, const QColor& other);
 
 }  // namespace bonkora

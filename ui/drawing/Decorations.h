@@ -1,5 +1,5 @@
-// What the panel paints for the eye alone: cards, dividers, the status dot and symbols. None of it
-// takes the focus or a click. Main thread.
+// What is there for the eye alone: cards, dividers, the status dot and symbols. None of it takes
+// the focus or a click.
 #pragma once
 
 #include <QPalette>
@@ -9,8 +9,8 @@
 
 namespace bonkora {
 
-// Card: the look that status, settings and stats share: the control background behind ten pixels
-// of padding, with continuous corners. Main thread.
+// Card: the background that the status, settings and stats sections share, with continuous corners.
+// Its content keeps `padding` pixels from the edge.
 class Card : public QWidget {
     Q_OBJECT
 
@@ -24,7 +24,7 @@ class Card : public QWidget {
     void paintEvent(QPaintEvent* event) override;
 };
 
-// Divider: a horizontal line, one logical pixel high, in the separator colour. Main thread.
+// Divider: a horizontal line, one logical pixel high, in the separator colour.
 class Divider final : public QWidget {
     Q_OBJECT
 
@@ -35,7 +35,7 @@ class Divider final : public QWidget {
     void paintEvent(QPaintEvent* event) override;
 };
 
-// StatusDot: a filled circle in a colour role, eight logical pixels wide. Main thread.
+// StatusDot: a filled circle in a colour role, eight logical pixels wide.
 class StatusDot final : public QWidget {
     Q_OBJECT
 
@@ -51,7 +51,7 @@ class StatusDot final : public QWidget {
     QPalette::ColorRole color;
 };
 
-// SymbolView: one symbol in one colour role, decoration only. Main thread.
+// SymbolView: one symbol in one colour role.
 class SymbolView final : public QWidget {
     Q_OBJECT
 

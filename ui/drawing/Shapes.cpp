@@ -6,7 +6,7 @@ namespace bonkora::shapes {
 
 QPainterPath continuousRectangle(const QRectF& rectangle, qreal radius) {
     const qreal start = std::min({1.3 * radius, rectangle.width() / 2, rectangle.height() / 2});
-    // Puts the middle of the curve where a circle's would be: (start + 3 pull) / 8 = 0.2929 radii.
+    // The middle of the curve lies (start + 3 pull) / 8 from each side, a circle's 0.2929 radii.
     const qreal pull = std::max((8 * 0.29289 * radius - start) / 3, 0.0);
 
     QPainterPath path;

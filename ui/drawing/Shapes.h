@@ -1,4 +1,4 @@
-// The shapes that the panel is drawn with. Pure functions; any thread.
+// The shapes that the panel is drawn with. Any thread.
 #pragma once
 
 #include <QPainterPath>
@@ -6,8 +6,8 @@
 
 namespace bonkora::shapes {
 
-// A rounded rectangle whose corners grow out of the sides without a jump in curvature. `radius` is
-// that of the circle with the same corner point; the curve begins 1.3 radii from the corner.
+// A rounded rectangle whose corners begin without a jump in curvature, 1.3 radii from the corner.
+// In its middle a corner touches the circle of `radius` that a plain rounded rectangle would have.
 QPainterPath continuousRectangle(const QRectF& rectangle, qreal radius);
 
 }  // namespace bonkora::shapes

@@ -9,7 +9,7 @@ namespace bonkora {
 
 namespace {
 
-// Every drawing stands in a square of 24 by 24.
+// The drawings below use a square of 24 by 24.
 constexpr qreal gridSize = 24;
 
 QPainterPath bar(const QPointF& from, const QPointF& to, qreal width) {
@@ -21,7 +21,7 @@ QPainterPath bar(const QPointF& from, const QPointF& to, qreal width) {
     return stroker.createStroke(line);
 }
 
-// Four fingers with a gap between them, a thumb to the left, and the palm that joins them.
+// Four fingers with gaps between them, a thumb to the left, and the palm that joins them.
 QPainterPath hand() {
     QPainterPath palm;
     palm.moveTo(7.0, 12.2);

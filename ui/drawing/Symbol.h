@@ -1,5 +1,5 @@
-// The system symbols that the application uses, as drawings of our own: crisp at every scale, in
-// any colour. Pure functions; any thread.
+// The symbols that the application uses, drawn as outlines: crisp at every scale and in any colour.
+// Any thread.
 #pragma once
 
 #include <QPainter>
@@ -15,7 +15,7 @@ enum class Symbol {
     checkmarkCircleFill,  // checkmark.circle.fill
 };
 
-// The symbol's outline inside `box`, which is square.
+// The symbol's outline in `box`, which is square.
 QPainterPath symbolPath(Symbol symbol, const QRectF& box);
 
 void drawSymbol(QPainter& painter, Symbol symbol, const QRectF& box, const QColor& color);

@@ -12,8 +12,8 @@ namespace bonkora {
 
 namespace {
 
-// The desktop's own fixed font where one was chosen; where only the generic "monospace" is named,
-// the first of these that is installed: they read better at ten pixels than the usual default.
+// The desktop's fixed font, if it names one. If it only says "monospace", the first of these that
+// is installed: they read better at ten pixels than what that usually stands for.
 QStringList fixedFamilies() {
     const QString chosen = QFontDatabase::systemFont(QFontDatabase::FixedFont).family();
     QStringList families{"Hack", "Noto Sans Mono", "DejaVu Sans Mono"};
@@ -67,7 +67,7 @@ bool joinsEmoji(char32_t character) {
     return character == 0xFE0F || character == 0x200D;
 }
 
-// The stretches of `text` that belong to the emoji font.
+// The parts of `text` that are drawn in the emoji font.
 QList<QTextLayout::FormatRange> emojiRanges(const QString& text, const TextStyle& style) {
     QList<QTextLayout::FormatRange> ranges;
     for (qsizetype at = 0; at < text.size();) {
@@ -91,7 +91,7 @@ QList<QTextLayout::FormatRange> emojiRanges(const QString& text, const TextStyle
     return ranges;
 }
 
-// Lays the lines out at the style's line height, all on the text font's baseline.
+// Lays lines out at the style's line height, on the text font's baseline, with or without emoji.
 class Layout {
   public:
     Layout(const QString& text, const TextStyle& style, qreal width)

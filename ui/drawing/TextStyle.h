@@ -1,5 +1,5 @@
 // The named text styles of the panel, and the measuring and drawing of text in them. Sizes and line
-// heights are logical pixels. Main thread, because fonts are Qt's.
+// heights are logical pixels.
 #pragma once
 
 #include <QColor>
@@ -23,8 +23,8 @@ struct TextStyle {
     }
 
     QFont font() const;
-    // The same size in the colour emoji font, where there is one. Emoji are always drawn with a
-    // font of their own: left to substitution, some come out of a text font in black.
+    // The colour emoji font in the same size, if one is installed. Emoji always get it: left to
+    // font substitution, some are taken from a text font and come out black.
     QFont emojiFont() const;
 };
 
@@ -44,12 +44,12 @@ inline constexpr TextStyle hint{9, 12, false};
 // Lines have the style's own height, and each emoji is drawn in the colour emoji font.
 namespace textPainter {
 
-// On one line, where the text itself has no line breaks.
+// On one line, unless the text has line breaks of its own.
 QSizeF naturalSize(const QString& text, const TextStyle& style);
-// Wrapped at words, and inside words that are too long, to `width`.
+// Wrapped to `width`, at words and inside words that are too long.
 qreal wrappedHeight(const QString& text, const TextStyle& style, qreal width);
 
-// On one line, vertically centred in `box`, ending in an ellipsis where it does not fit.
+// On one line, vertically centred in `box`, ending in an ellipsis if it does not fit.
 void drawLine(QPainter& painter, const QRectF& box, const QString& text, const TextStyle& style,
               const QColor& color, Qt::Alignment alignment = Qt::AlignLeft);
 // Wrapped to the width of `box`, from its top.

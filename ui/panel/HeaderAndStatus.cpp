@@ -65,7 +65,8 @@ void StatusSection::redraw() {
     dot->display(spankWrapper.isRunning ? colorRole::accent : colorRole::gray);
     statusText->display(QString::fromStdString(spankWrapper.statusMessage));
     const double amplitude = spankWrapper.lastAmplitude;
-    impactValue->display(QString::fromStdString(platform::fixedDecimal(amplitude, amplitudeDecimals)));
+    impactValue->display(
+        QString::fromStdString(platform::fixedDecimal(amplitude, amplitudeDecimals)));
     impactRow->setVisible(amplitude > 0.0);
 }
 

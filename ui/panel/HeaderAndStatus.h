@@ -1,4 +1,4 @@
-// The two sections that tell whether the detector listens. Main thread.
+// The two sections that say whether the detector is listening.
 #pragma once
 
 #include <QWidget>
@@ -10,7 +10,7 @@
 
 namespace bonkora {
 
-// HeaderSection: the symbol, the title and the run control. Main thread.
+// HeaderSection: the symbol, the title and the run control.
 class HeaderSection final : public QWidget {
     Q_OBJECT
 
@@ -24,8 +24,7 @@ class HeaderSection final : public QWidget {
     RunButton* runButton;
 };
 
-// StatusSection: the card that tells whether the detector listens, and how hard the last slap was.
-// Main thread.
+// StatusSection: the card with the status message and the force of the last slap.
 class StatusSection final : public Card {
     Q_OBJECT
 

@@ -40,7 +40,7 @@ MenuBarContentView::MenuBarContentView(SpankWrapper& wrapper, const PanelEnviron
 }
 
 MenuBarContentView::~MenuBarContentView() {
-    // The focus goes while the widget's own parts are taken down: nothing of this is left by then.
+    // Destroying the children moves the focus; nothing of this class is left to hear that by then.
     disconnect(qApp, nullptr, this, nullptr);
 }
 
@@ -81,7 +81,7 @@ void MenuBarContentView::showEvent(QShowEvent* event) {
         sliderValues.cooldown = static_cast<double>(spankWrapper.cooldownMs.get());
         sliderValues.sensitivity = spankWrapper.minAmplitude;
         redraw();
-        setFocus();  // else the window would give it to the first control
+        setFocus();  // otherwise the window would give it to the first control
     }
     QWidget::showEvent(event);
 }

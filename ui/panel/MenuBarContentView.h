@@ -1,7 +1,8 @@
-// MenuBarContentView: the content of the panel that drops down from the menu-bar item. Made anew
-// each time the panel opens, for the one controller, which it observes and does not own. It has no
-// size of its own: header and footer stay in place, and what lies between them scrolls.
-// Main thread.
+// MenuBarContentView: the content of the panel that drops down from the menu-bar item. It is made
+// anew each time the panel opens, for the one controller, which it observes and does not own. It
+// has no size of its own: header and footer stay in place, and what lies between them scrolls.
+//
+// Everything in ui/ belongs to the main thread, except where a comment says "any thread".
 #pragma once
 
 #include <QWidget>
@@ -33,7 +34,7 @@ class MenuBarContentView final : public QWidget {
 
   protected:
     void showEvent(QShowEvent* event) override;
-    // As long as no control has the focus, the keys scroll.
+    // While no control has the focus, the keys scroll.
     void keyPressEvent(QKeyEvent* event) override;
 
   private:

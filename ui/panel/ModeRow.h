@@ -9,8 +9,8 @@
 
 namespace bonkora {
 
-// ModeDisplay: how the panel shows a sound mode. A fixed table, shown as it is: none of it is
-// looked up for translation. Values; any thread.
+// ModeDisplay: the texts that stand for a sound mode. A fixed table whose texts are shown as they
+// are, never translated. Any thread.
 struct ModeDisplay {
     QString symbol;  // one emoji
     QString title;
@@ -21,7 +21,6 @@ struct ModeDisplay {
 
 // ModeRow: one sound mode of the selector: symbol, title, one line of description and, when it is
 // the current one, a tinted background and a check mark. The whole rectangle can be pressed.
-// Main thread.
 class ModeRow final : public Pressable {
     Q_OBJECT
 
@@ -39,7 +38,7 @@ class ModeRow final : public Pressable {
     QSize sizeHint() const override;
 
   signals:
-    // The arrow keys ask for the row `steps` further on.
+    // An arrow key wants the focus on the row `steps` further down; negative is up.
     void focusMoveRequested(int steps);
 
   protected:

@@ -72,7 +72,7 @@ void ModeSelector::moveFocus(std::size_t from, int steps) {
 }
 
 void ModeSelector::browse() {
-    // Goes with the panel, if that goes first.
+    // A guarded pointer: the chooser is destroyed with the panel if the panel goes first.
     const QPointer<QFileDialog> chooser = new QFileDialog(window());
     chooser->setFileMode(QFileDialog::Directory);
     chooser->setOption(QFileDialog::ShowDirsOnly);

@@ -1,5 +1,5 @@
-// ModeSelector: the four sound modes and, for the custom one, the folder row. Holds no selection:
-// it shows the controller's, and hands every tap on. Main thread.
+// ModeSelector: the four sound modes and, for the custom one, the folder row. It holds no selection
+// of its own: it shows the controller's and passes every tap on.
 #pragma once
 
 #include <QWidget>
@@ -29,7 +29,7 @@ class ModeSelector final : public QWidget {
     std::array<ModeRow*, allCases.size()> rows;
     FolderField* folderField;
     QWidget* folderRow;
-    // What the next redraw moves the highlight with: eased in and out after a tap.
+    // How the next redraw moves the highlight: eased after a tap, otherwise at once.
     ModeRow::Transition transition = ModeRow::Transition::none;
 };
 

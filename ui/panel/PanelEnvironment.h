@@ -1,4 +1,4 @@
-// PanelEnvironment: what the panel takes of the application around it. Main thread.
+// PanelEnvironment: what the panel needs from the application around it.
 #pragma once
 
 #include <functional>

@@ -1,4 +1,4 @@
-// The measures that sections share, in logical pixels, and stacks laid out by them.
+// The measures that the sections share, in logical pixels, and how a layout takes them on.
 #pragma once
 
 #include <QHBoxLayout>

@@ -91,7 +91,7 @@ SettingsSection::SettingsSection(SpankWrapper& wrapper, SliderValues& theValues)
 
 void SettingsSection::redraw() {
     sensitivity->display(values.sensitivity, QString::fromStdString(platform::fixedDecimal(
-                                              values.sensitivity, sensitivityDecimals)));
+                                                 values.sensitivity, sensitivityDecimals)));
     cooldown->display(values.cooldown, tr("%1ms").arg(wholeMilliseconds(values.cooldown)));
     volumeToggle->display(spankWrapper.volumeScaling);
     fastToggle->display(spankWrapper.fastMode);

@@ -1,4 +1,4 @@
-// The card in which the detector is tuned, with the slider blocks that it is made of.
+// The settings card, with the slider blocks and the values that it works on.
 #pragma once
 
 #include <QWidget>
@@ -13,13 +13,13 @@
 namespace bonkora {
 
 // SliderValues: the panel's own copies of what the two sliders edit. The controller's settings
-// follow only when a drag ends. Values; main thread.
+// follow only when a drag ends.
 struct SliderValues {
     double cooldown = 750.0;  // milliseconds
     double sensitivity = 0.05;
 };
 
-// SliderBlock: a caption with its value, the slider, and the hints at its two ends. Main thread.
+// SliderBlock: a caption with its value, the slider, and the hints at its two ends.
 class SliderBlock final : public QWidget {
     Q_OBJECT
 
@@ -30,7 +30,7 @@ class SliderBlock final : public QWidget {
     void display(double value, const QString& valueText);
 
   signals:
-    // Of the slider.
+    // The slider's own signals, passed on.
     void valueChanged(double value);
     void editingChanged(bool isEditing);
 
@@ -40,7 +40,7 @@ class SliderBlock final : public QWidget {
 };
 
 // SettingsSection: the card in which the detector is tuned. Each committed change is written to the
-// controller and restarts a running detector. Main thread.
+// controller and restarts a running detector.
 class SettingsSection final : public Card {
     Q_OBJECT
 
@@ -50,7 +50,7 @@ class SettingsSection final : public Card {
 
     void redraw();
 
-    // Truncated toward zero. What is not finite or does not fit ends the program.
+    // Truncates toward zero. A value that is not finite or does not fit is a fatal error.
     static std::int64_t wholeMilliseconds(double milliseconds);
 
   private:

@@ -13,7 +13,7 @@ namespace {
 
 constexpr int columnSpacing = 3;
 constexpr int footerPadding = 8;
-// All the time that the detector's shutdown gets before the application ends.
+// The only time that the detector has to shut down before the application ends.
 constexpr std::chrono::milliseconds terminateDelay{300};
 
 QVBoxLayout* column(const QString& caption, TextLabel* value, Qt::Alignment alignment) {
@@ -39,7 +39,7 @@ StatsSection::StatsSection(SpankWrapper& wrapper, const AppStorage& total)
     columns->addStretch();
     QVBoxLayout* session = column(tr("Session"), sessionValue, Qt::AlignRight);
     columns->addLayout(session);
-    columns->setAlignment(session, Qt::AlignVCenter);  // it is the lowest of the three
+    columns->setAlignment(session, Qt::AlignVCenter);  // it is the shortest column
     columns->addStretch();
     columns->addLayout(column(tr("Mode"), modeSymbol, Qt::AlignRight));
 }
@@ -64,7 +64,7 @@ FooterSection::FooterSection(SpankWrapper& wrapper, const PanelEnvironment& theE
 
 void FooterSection::quit() {
     spankWrapper.stop();
-    // The step belongs to the queue, not to the panel, which may be gone by then.
+    // Nothing of the panel is captured: it may be closed before the time is up.
     environment.mainQueue->asyncAfter(terminateDelay, environment.terminate);
 }
 

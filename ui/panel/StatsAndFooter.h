@@ -1,4 +1,4 @@
-// The two sections at the bottom of the panel. Main thread.
+// The two sections at the bottom of the panel.
 #pragma once
 
 #include <QWidget>
@@ -12,7 +12,7 @@
 namespace bonkora {
 
 // StatsSection: the card with the lifetime total, the session's count and the mode's symbol. It
-// only reads: nothing here adds the session's slaps to the stored total. Main thread.
+// only reads; the session's slaps are never added to the stored total.
 class StatsSection final : public Card {
     Q_OBJECT
 
@@ -29,7 +29,7 @@ class StatsSection final : public Card {
     TextLabel* modeSymbol;
 };
 
-// FooterSection: the credit line and "Quit". Never changes. Main thread.
+// FooterSection: the credit line and "Quit". Never changes.
 class FooterSection final : public QWidget {
     Q_OBJECT
 

@@ -1,4 +1,4 @@
-// Stored values: the file or domain that holds them, and one integer of it that can be observed.
+// The stored values of this application, and one integer of them that can be observed.
 #pragma once
 
 #include <QObject>
@@ -11,9 +11,9 @@
 
 namespace bonkora {
 
-// UserDefaults: the user's stored values of this application, read and never written. On Linux the
-// file Bonkora/Bonkora.conf in the user's configuration folder, group General; on macOS the domain
-// of the bundle identifier. Main thread.
+// UserDefaults: the user's stored values, read and never written. On Linux they are in the group
+// General of Bonkora/Bonkora.conf in the user's configuration folder, on macOS in the domain of the
+// bundle identifier.
 class UserDefaults final : public QObject {
     Q_OBJECT
 
@@ -21,8 +21,8 @@ class UserDefaults final : public QObject {
     UserDefaults();
     ~UserDefaults() override;
 
-    // As stored now, by whatever program; `otherwise` where nothing is stored under that key, and
-    // 0 where what is stored is no integer.
+    // The value stored at this moment, by whatever program: `otherwise` if nothing is stored under
+    // the key, 0 if what is stored is not an integer.
     std::int64_t integer(const QString& key, std::int64_t otherwise);
 
   signals:
@@ -30,7 +30,7 @@ class UserDefaults final : public QObject {
     void changed();
 
   private:
-    // How the settings of one system are addressed, and what notices that they have changed.
+    // Each system has its own way to address the settings and to notice that they have changed.
     static QString organization();
     std::unique_ptr<QObject> makeWatch();
 
@@ -38,8 +38,8 @@ class UserDefaults final : public QObject {
     const std::unique_ptr<QObject> watch;
 };
 
-// AppStorage: an integer bound to a key of the user defaults. Announces, before it takes the new
-// value, every change that any program stores under the key. Read only here. Main thread.
+// AppStorage: an integer bound to a key of the user defaults and never written here. It announces
+// every change that any program stores, before it takes the new value.
 class AppStorage final : public platform::ObservableObject {
   public:
     AppStorage(const QString& key, std::int64_t initial);

@@ -9,7 +9,7 @@ namespace bonkora {
 
 namespace {
 
-// Watches the file and the folder nearest to it that exists; makes neither.
+// Watches the file, and the innermost folder of its path that exists. Creates neither.
 class Watch final : public QObject {
   public:
     Watch(UserDefaults& theDefaults, QString theFile)
@@ -24,7 +24,7 @@ class Watch final : public QObject {
     }
 
   private:
-    // A file that was replaced is another file, and a folder may be made at any time.
+    // Called after every change: a replaced file is a new file, and a folder may appear or go.
     void follow() {
         QDir folder = QFileInfo(file).dir();
         while (!folder.exists() && !folder.isRoot()) {
@@ -35,7 +35,7 @@ class Watch final : public QObject {
                 watcher.removePath(path);
             }
         }
-        // The folder first: a file that appears between the two is announced by it.
+        // The folder first: it announces a file that appears before the file itself is watched.
         if (!watcher.directories().contains(folder.path())) {
             watcher.addPath(folder.path());
         }

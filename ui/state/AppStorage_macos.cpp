@@ -8,8 +8,8 @@ namespace {
 
 constexpr int lookMilliseconds = 800;
 
-// The preferences of another program's making are visible at once, but nothing that Qt offers
-// announces them: look often enough to show them within a second.
+// What another program stores can be read at once, but Qt offers nothing that announces it: look
+// often enough to show it within a second.
 class Watch final : public QObject {
   public:
     explicit Watch(UserDefaults& defaults) {
@@ -24,7 +24,7 @@ class Watch final : public QObject {
 
 }  // namespace
 
-// With the application's name this makes the bundle identifier's domain.
+// Together with the application's name, this is the domain of the bundle identifier.
 QString UserDefaults::organization() {
     return "bonkora.org";
 }

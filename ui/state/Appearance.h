@@ -1,4 +1,4 @@
-// Appearance: whether the desktop is light or dark. Main thread.
+// Appearance: whether the desktop is light or dark.
 #pragma once
 
 #include <QObject>

@@ -1,6 +1,5 @@
-// Observation: turns announcements of coming changes into redraws. The first announcement asks for
-// one redraw in the next turn of the event loop, when the values are stored; later ones join it.
-// Main thread.
+// Observation: turns announcements of coming changes into redraws. The first one asks for a redraw
+// in the next turn of the event loop, when the values have been stored; later ones join it.
 #pragma once
 
 #include <QObject>
@@ -15,7 +14,7 @@ class Observation final : public QObject {
   public:
     explicit Observation(std::function<void()> redraw);
 
-    // For as long as this lives.
+    // Until this is destroyed.
     void observe(platform::ObservableObject& object);
 
   private:
