@@ -4,6 +4,7 @@
 #include <QWidget>
 #include <cstdint>
 
+#include "bridge/DetectorSettings.h"
 #include "bridge/SpankWrapper.h"
 #include "ui/controls/StepSlider.h"
 #include "ui/controls/TextLabel.h"
@@ -15,8 +16,8 @@ namespace bonkora {
 // SliderValues: the panel's own copies of what the two sliders edit. The controller's settings
 // follow only when a drag ends.
 struct SliderValues {
-    double cooldown = 750.0;  // milliseconds
-    double sensitivity = 0.05;
+    double cooldown = static_cast<double>(DetectorSettings{}.cooldownMs);  // milliseconds
+    double sensitivity = DetectorSettings{}.minAmplitude;
 };
 
 // SliderBlock: a caption with its value, the slider, and the hints at its two ends.
