@@ -34,6 +34,7 @@ std::optional<Failure> CommandRun::run(const HelperLaunch& launch) {
     while (::waitpid(helper, &status, 0) < 0 && errno == EINTR) {
     }
     report.helperStatus = exitStatus(status);
+    descendants.end();
     while (readErrors()) {
     }
     report.errorOutput = errorTail.text();

@@ -1,6 +1,7 @@
 // CommandRun: one run of bonkora-elevated and, in it, of the command. The command inherits the
 // runner's own standard output, so what it writes needs no passing on. Main thread only: pkexec is
-// ended by the kernel when the thread that started it ends.
+// ended by the kernel when the thread that started it ends. Should bonkora-elevated be killed, this
+// process adopts what it leaves behind, and ends it.
 #pragma once
 
 #include <sys/types.h>
@@ -11,6 +12,7 @@
 #include <string_view>
 
 #include "platform/UniqueDescriptor.h"
+#include "runner/Descendants.h"
 #include "runner/Failure.h"
 #include "runner/HelperLaunch.h"
 #include "runner/SignalDescriptor.h"
@@ -55,6 +57,7 @@ class CommandRun {
     platform::UniqueDescriptor errors;
     OutputTail errorTail;
     HelperReport report;
+    Descendants descendants{Descendants::Reach::tree, [](pid_t, int) {}};
 };
 
 }  // namespace bonkora::runner

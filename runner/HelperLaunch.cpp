@@ -10,9 +10,9 @@
 
 namespace bonkora::runner {
 
-HelperLaunch helperLaunch(const std::string& helperPath, const std::string& directory,
+HelperLaunch helperLaunch(const std::string& helperPath, const std::string& folder,
                           const ShellCommand& command, bool isRoot) {
-    HelperLaunch launch{{helperPath, directory, command.text},
+    HelperLaunch launch{{helperPath, command.text, folder},
                         command.withAdministratorPrivileges && !isRoot};
     if (launch.throughPolkit) {
         // Without a desktop's agent it would ask on the terminal, and in the background wait there

@@ -20,8 +20,10 @@ struct HelperLaunch {
 };
 
 // `helperPath` is the real path of bonkora-elevated, because the policy names the program by it.
-// `directory` is where the command is to run. Root asks nobody. Pure; any thread.
-HelperLaunch helperLaunch(const std::string& helperPath, const std::string& directory,
+// `folder` is where
+// the command is to run. The prompt shows these words, hence the command first. Root asks nobody.
+// Pure; any thread.
+HelperLaunch helperLaunch(const std::string& helperPath, const std::string& folder,
                           const ShellCommand& command, bool isRoot);
 
 // Its standard input and standard error are the two descriptors, its standard output is the

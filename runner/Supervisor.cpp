@@ -2,193 +2,158 @@
 
 #include <fcntl.h>
 #include <poll.h>
+#include <sched.h>
 #include <sys/prctl.h>
-#include <sys/socket.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <array>
 #include <cerrno>
-#include <charconv>
+#include <chrono>
 #include <csignal>
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
-#include <sstream>
-#include <system_error>
+#include <exception>
 
 #include "platform/Pipe.h"
+#include "runner/CommandProcess.h"
 #include "runner/ElevatedLink.h"
-#include "runner/ExecVector.h"
 
 namespace bonkora::runner {
 namespace {
 
 using Clock = std::chrono::steady_clock;
+using platform::Pipe;
+using platform::UniqueDescriptor;
 
-std::optional<std::string> ownEnvironment(const char* name) {
-    const char* const value = std::getenv(name);
-    return value != nullptr ? std::optional<std::string>(value) : std::nullopt;
+// What ends the run from outside: a closed link, an output without a reader (which poll reports
+// unasked), and every signal but SIGCHLD.
+std::array<pollfd, 3> watchedFor(int link, const SignalDescriptor& signals) {
+    return {{{link, POLLIN, 0}, {STDOUT_FILENO, 0, 0}, {signals.get(), POLLIN, 0}}};
 }
 
-// The parent of that process; nothing when it is gone.
-std::optional<pid_t> parentOf(const std::filesystem::path& folder) {
-    std::ifstream file(folder / "stat");
-    const std::string text(std::istreambuf_iterator<char>(file), {});
-    // NUMBER (NAME) STATE PARENT ...; the name may hold anything, parentheses too.
-    const std::size_t nameEnd = text.rfind(')');
-    if (nameEnd == std::string::npos) {
-        return std::nullopt;
+SignalDescriptor endSignalsAndChildren() {
+    return SignalDescriptor{SIGCHLD, SIGTERM, SIGINT, SIGHUP, SIGQUIT};
+}
+
+// The first process of the namespace. Its maker learns the command's status over `report`.
+[[noreturn]] void beFirstProcess(const UniqueDescriptor& maker, int report, int link,
+                                 const std::string& command) {
+    ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+    // The maker may have ended before that call. getppid() tells nothing here: parents outside the
+    // namespace have the number 0.
+    pollfd makersEnd{maker.get(), POLLIN, 0};
+    if (::poll(&makersEnd, 1, 0) != 0) {
+        ::_exit(1);
     }
-    std::istringstream rest(text.substr(nameEnd + 1));
-    char state = 0;
-    pid_t parent = 0;
-    return rest >> state >> parent ? std::optional(parent) : std::nullopt;
+    try {
+        if (const auto status = Supervisor(link, Descendants::Reach::wholeNamespace).run(command)) {
+            platform::writeAll(report, std::string(1, static_cast<char>(*status)));
+        }
+    } catch (const std::exception&) {
+        // Without a status the maker says that the command was not started.
+    }
+    ::_exit(0);
 }
 
-// Those that have ended and wait to be reaped are included. A number in the list stays that child's
-// until the caller reaps it.
-std::vector<pid_t> childrenOfThisProcess() {
-    std::vector<pid_t> children;
-    std::error_code error;
-    for (std::filesystem::directory_iterator entry("/proc", error), end; !error && entry != end;
-         entry.increment(error)) {
-        const std::string name = entry->path().filename();
-        pid_t process = 0;
-        if (std::from_chars(name.data(), name.data() + name.size(), process).ec == std::errc() &&
-            parentOf(entry->path()) == ::getpid()) {
-            children.push_back(process);
+// Waits until the first process has ended. It does its work alone; this is for when it cannot,
+// because somebody stopped it for example.
+void watchFirstProcess(pid_t first, int link, const SignalDescriptor& signals) {
+    constexpr auto reserve = std::chrono::milliseconds(50);
+    std::optional<Clock::time_point> deadline;
+    while (::waitpid(first, nullptr, WNOHANG) == 0) {
+        const auto askedToEnd = [&] {
+            ::kill(first, SIGTERM);
+            deadline = Clock::now() + politeTime + reserve;
+        };
+        auto watched = watchedFor(link, signals);
+        int time = -1;
+        if (deadline) {
+            // Nothing but its end is of interest from here on.
+            watched[0].fd = watched[1].fd = -1;
+            time = static_cast<int>(std::max<long long>(
+                0, std::chrono::ceil<std::chrono::milliseconds>(*deadline - Clock::now()).count()));
+        }
+        if (::poll(watched.data(), watched.size(), time) == 0) {
+            ::kill(first, SIGKILL);
+            deadline = Clock::now() + std::chrono::hours(1);
+        }
+        if (watched[0].revents != 0 || watched[1].revents != 0) {
+            askedToEnd();
+        }
+        while (const auto signal = signals.take()) {
+            if (*signal != SIGCHLD && !deadline) {
+                askedToEnd();
+            }
         }
     }
-    return children;
-}
-
-// In the child, between fork and exec.
-[[noreturn]] void becomeShell(const std::string& command, char* const environment[], int link) {
-    ::setsid();  // also without a terminal
-    // Should the supervisor itself be killed, nobody else would end the command.
-    ::prctl(PR_SET_PDEATHSIG, SIGKILL);
-    // Said here, so that the runner hears it before the command can do anything.
-    ::send(link, &startedByte, 1, MSG_NOSIGNAL);
-    const int nothing = ::open("/dev/null", O_RDONLY | O_CLOEXEC);
-    if (nothing >= 0) {
-        ::dup2(nothing, STDIN_FILENO);
-    }
-    ::signal(SIGPIPE, SIG_DFL);
-    sigset_t none;
-    ::sigemptyset(&none);
-    ::sigprocmask(SIG_SETMASK, &none, nullptr);
-    ::execle("/bin/sh", "sh", "-c", command.c_str(), nullptr, environment);
-    platform::writeAll(STDERR_FILENO, "/bin/sh cannot be run.\n");
-    ::_exit(127);
 }
 
 }  // namespace
 
-std::vector<std::string> commandEnvironment(
-    const std::function<std::optional<std::string>(const char* name)>& own) {
-    std::vector<std::string> environment{"PATH=/usr/bin:/bin:/usr/sbin:/sbin"};
-    for (const char* const name : {"HOME", "LOGNAME", "PKEXEC_UID", "SHELL", "USER"}) {
-        if (const auto value = own(name)) {
-            environment.push_back(std::string(name) + '=' + *value);
-        }
-    }
-    return environment;
-}
+Supervisor::Supervisor(int theLink, Descendants::Reach reach)
+    : link(theLink),
+      signals(endSignalsAndChildren()),
+      descendants(reach, [this](pid_t child, int status) {
+          if (child == command) {
+              commandStatus = exitStatus(status);
+          }
+      }) {}
 
-Supervisor::Supervisor(int theLink) : link(theLink), signals{SIGCHLD, SIGTERM, SIGINT, SIGHUP} {
-    ::prctl(PR_SET_CHILD_SUBREAPER, 1);
-}
-
-int Supervisor::run(const std::string& shellCommand) {
+std::optional<int> Supervisor::run(const std::string& shellCommand) {
     // The user may have answered the prompt long after the runner was gone.
     pollfd closed{link, POLLIN, 0};
-    if (::poll(&closed, 1, 0) != 0 || !start(shellCommand)) {
-        return 1;
+    if (::poll(&closed, 1, 0) != 0) {
+        return std::nullopt;
+    }
+    command = startCommand(shellCommand, link);
+    if (command < 0) {
+        return std::nullopt;
     }
     wait();
-    const bool endedByItself = commandStatus.has_value();
-    endDescendants();
-    if (!endedByItself) {
-        return 1;
-    }
-    const auto status = static_cast<char>(*commandStatus);
-    ::send(link, &status, 1, MSG_NOSIGNAL);
-    return *commandStatus;
-}
-
-bool Supervisor::start(const std::string& shellCommand) {
-    std::vector<std::string> environment = commandEnvironment(ownEnvironment);
-    const std::vector<char*> pointers = execVector(environment);
-    command = ::fork();
-    if (command == 0) {
-        becomeShell(shellCommand, pointers.data(), link);
-    }
-    return command > 0;
+    const auto ownStatus = commandStatus;  // none when the command was ended from outside
+    descendants.end();
+    return ownStatus;
 }
 
 void Supervisor::wait() {
-    for (;;) {
-        std::array<pollfd, 2> watched{{{link, POLLIN, 0}, {signals.get(), POLLIN, 0}}};
+    while (!commandStatus) {
+        auto watched = watchedFor(link, signals);
         ::poll(watched.data(), watched.size(), -1);
-        if (watched[0].revents != 0) {
+        if (watched[0].revents != 0 || watched[1].revents != 0) {
             return;
         }
         while (const auto signal = signals.take()) {
             if (*signal != SIGCHLD) {
                 return;
             }
-            reap();
         }
-        if (commandStatus) {
-            return;
-        }
+        descendants.reap();
     }
 }
 
-void Supervisor::endDescendants() {
-    if (!signalUntil(SIGTERM, Clock::now() + politeTime)) {
-        // What cannot be killed within this time belongs to somebody else, or to the kernel.
-        signalUntil(SIGKILL, Clock::now() + std::chrono::seconds(1));
+std::optional<int> superviseInNamespace(int link, const std::string& command) {
+    const UniqueDescriptor self(static_cast<int>(::syscall(SYS_pidfd_open, ::getpid(), 0)));
+    const UniqueDescriptor ownNamespace(::open("/proc/self/ns/pid", O_RDONLY | O_CLOEXEC));
+    auto report = Pipe::make();
+    if (!self || !ownNamespace || !report || ::unshare(CLONE_NEWPID) != 0) {
+        return Supervisor(link, Descendants::Reach::tree).run(command);
     }
-}
-
-bool Supervisor::signalUntil(int signal, Clock::time_point deadline) {
-    while (!reap()) {
-        // A child keeps its number until it is reaped, so none of this can reach a stranger. Those
-        // whose parent ends become our children, and have their turn in the next round.
-        if (!commandStatus) {
-            ::kill(-command, signal);
-        }
-        for (const pid_t child : childrenOfThisProcess()) {
-            ::kill(child, signal);
-        }
-        const auto left =
-            std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now()).count();
-        if (left <= 0) {
-            return false;
-        }
-        pollfd changed{signals.get(), POLLIN, 0};
-        ::poll(&changed, 1, static_cast<int>(left));
-        while (signals.take()) {
-        }
+    const SignalDescriptor signals = endSignalsAndChildren();
+    const pid_t first = ::fork();
+    if (first == 0) {
+        beFirstProcess(self, report->fileHandleForWriting.get(), link, command);
     }
-    return true;
-}
-
-bool Supervisor::reap() {
-    for (;;) {
-        int status = 0;
-        const pid_t child = ::waitpid(-1, &status, WNOHANG);
-        if (child <= 0) {
-            return child < 0 && errno == ECHILD;
-        }
-        if (child == command) {
-            commandStatus = exitStatus(status);
-        }
+    // This process has no more children, but a tool that looks it over at its end may need one.
+    ::setns(ownNamespace.get(), CLONE_NEWPID);
+    if (first < 0) {
+        return std::nullopt;
     }
+    report->fileHandleForWriting.reset();
+    watchFirstProcess(first, link, signals);
+    unsigned char status = 0;
+    return ::read(report->fileHandleForReading.get(), &status, 1) == 1 ? std::optional<int>(status)
+                                                                       : std::nullopt;
 }
 
 }  // namespace bonkora::runner

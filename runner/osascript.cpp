@@ -21,6 +21,7 @@
 #include "runner/CommandRun.h"
 #include "runner/Failure.h"
 #include "runner/HelperLaunch.h"
+#include "runner/PromptText.h"
 #include "runner/Script.h"
 #include "runner/SignalDescriptor.h"
 
@@ -39,15 +40,26 @@ std::optional<std::string> helperPath() {
     return ::access(path.c_str(), X_OK) == 0 ? std::optional(std::move(path)) : std::nullopt;
 }
 
+// Where the command is to run: the root of all folders if this one has been removed, or has a name
+// that the prompt could not show.
+std::string workingFolder() {
+    std::error_code removed;
+    std::string folder = std::filesystem::current_path(removed).string();
+    return removed || whyNotShown(folder) ? "/" : folder;
+}
+
 std::optional<Failure> runCommand(const ShellCommand& command) try {
     const SignalDescriptor endSignals{SIGTERM, SIGINT, SIGHUP};
     const auto helper = helperPath();
     if (!helper) {
         return Failure{"bonkora-elevated is missing beside osascript.", fileNotFound};
     }
-    std::error_code unknown;  // the directory may have been removed
-    const auto directory = std::filesystem::current_path(unknown).string();
-    return CommandRun(endSignals).run(helperLaunch(*helper, directory, command, ::geteuid() == 0));
+    // bonkora-elevated looks for itself; but what it will refuse needs no password first.
+    if (const auto why = whyNotShown(command.text)) {
+        return Failure{"The command was refused: it holds " + *why + '.', 1};
+    }
+    const auto launch = helperLaunch(*helper, workingFolder(), command, ::geteuid() == 0);
+    return CommandRun(endSignals).run(launch);
 } catch (const std::system_error& error) {
     return systemFailure(error.code().value());
 }

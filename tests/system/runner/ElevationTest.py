@@ -16,9 +16,10 @@ from PolkitDesktop import NOBODY
 
 # Prints the numbers of three root processes that stay: itself, one that took a session of its own
 # and ignores requests to end, and one whose parent has ended.
-FAMILY = ("echo $$;"
-          "setsid sh -c 'trap \"\" TERM INT HUP; echo $$; while :; do sleep 100; done' &"
-          "(sh -c 'echo $$; exec setsid sleep 100' &);"
+SAY_NUMBER = "read -r me rest </proc/self/stat; echo $me; "
+FAMILY = (f"{SAY_NUMBER}"
+          f"setsid sh -c 'trap \"\" TERM INT HUP; {SAY_NUMBER} while :; do sleep 100; done' &"
+          f"(sh -c '{SAY_NUMBER} exec setsid sleep 100' &);"
           "wait; sleep 100")
 
 
@@ -67,8 +68,11 @@ class Elevation(unittest.TestCase):
         [(action, message)] = desktop.agent.asked
         self.assertEqual(action, "org.bonkora.Bonkora.run-detector")
         self.assertTrue(message.startswith(
-            "Authentication is required to run Bonkora's detector as administrator: "), message)
-        self.assertIn("echo 'it is I' >/dev/null", message)
+            "Authentication is required to run a command as administrator. "), message)
+        # The command first and whole, then the folder, and nothing else.
+        self.assertTrue(message.endswith(
+            "/bonkora-elevated echo 'it is I' >/dev/null /usr/share"), message)
+        self.assertNotIn("Bonkora", message.split(":")[0])
         self.assertTrue(desktop.policyPath.endswith(
             "/lib/Bonkora.app/Contents/Helpers/bonkora-elevated"))
 
@@ -131,6 +135,21 @@ class Elevation(unittest.TestCase):
         deadline = time.monotonic() + 0.5
         runner.kill()
         self.assertTrue(all(member.endsBy(deadline) for member in members))
+
+    def testKillingTheElevatedSideEndsEverythingThatRunsAsRoot(self):
+        for number in (signal.SIGKILL, signal.SIGTERM, signal.SIGQUIT):
+            runner, members = self.startFamily()
+            children = pathlib.Path(f"/proc/{runner.pid}/task/{runner.pid}/children").read_text()
+            deadline = time.monotonic() + 0.5
+            os.kill(int(children), number)
+            self.assertTrue(all(member.endsBy(deadline) for member in members))
+            self.assertEqual(runner.wait(20), 1)
+
+    def testWhatNoPromptCouldShowIsRefusedWithoutAPrompt(self):
+        status, output, errors = self.result("echo bad # \u202e")
+        self.assertEqual((status, output), (1, ""))
+        self.assertIn("The command was refused: it holds the invisible character U+202E", errors)
+        self.assertEqual(desktop.agent.asked, [])
 
     def testAnOutputWithoutReaderEndsEverythingThatRunsAsRoot(self):
         runner, members = self.startFamily()

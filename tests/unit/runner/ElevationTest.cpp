@@ -1,7 +1,6 @@
 // The way through pkexec, with a stand-in for it that does as the test says. As root the runner
 // would ask nobody, so there these tests run it as an unprivileged user.
 #include <gmock/gmock.h>
-#include <grp.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -21,27 +20,15 @@ using namespace std::chrono_literals;
 using testing::EndsWith;
 namespace fs = std::filesystem;
 
-constexpr uid_t nobody = 65534;
-
 class Elevation : public testing::Test {
   protected:
     Elevation() {
-        // Where any user may go, wherever the build is.
-        for (const char* const name : {"osascript", "bonkora-elevated"}) {
-            fs::copy(fs::path(BONKORA_HELPERS) / name, folder / name);
-        }
-        fs::permissions(folder.path(), fs::perms::all);
+        copyPrograms(folder.path());
         ::mkfifo((folder / "gate").c_str(), 0666);
         ::chmod((folder / "gate").c_str(), 0666);
         settings.folder = folder.path();
         settings.environment = {{"PATH", folder / "bin:/usr/bin:/bin"}, {"HOME", "/home/u"}};
-        settings.beforeExec = [] {
-            if (::geteuid() == 0 &&
-                (::setgroups(0, nullptr) != 0 || ::setresgid(nobody, nobody, nobody) != 0 ||
-                 ::setresuid(nobody, nobody, nobody) != 0)) {
-                ::_exit(98);
-            }
-        };
+        settings.beforeExec = becomePlainUser;
     }
 
     void usePkexec(const std::string& script) {
@@ -76,7 +63,7 @@ TEST_F(Elevation, callsPkexecWithoutAnEnvironmentAndByTheRealPath) {
     RunnerUnderTest runner = run("echo \"good\"");
     EXPECT_EQ(runner.readRest(), "0\n--disable-internal-agent|" +
                                      fs::canonical(folder.path()).string() + "/bonkora-elevated|" +
-                                     fs::current_path().string() + "|echo \"good\"|");
+                                     "echo \"good\"|" + fs::current_path().string() + "|");
 }
 
 TEST_F(Elevation, reportsADismissedPrompt) {
@@ -120,6 +107,15 @@ TEST_F(Elevation, startsNothingWhenTheAnswerComesAfterTheRunnersEnd) {
     EXPECT_EQ(runner.waitForStatus(), -SIGKILL);
     std::ofstream(folder / "gate") << "\n";
     EXPECT_TRUE(prompt.endsWithin(20s));
+    EXPECT_EQ(runner.readRest(), "");
+}
+
+TEST_F(Elevation, asksNobodyAboutWhatNoPromptCouldShow) {
+    usePkexec("echo bad");
+    RunnerUnderTest runner = run("echo\u202E bad");
+    EXPECT_EQ(runner.readErrors(),
+              "0:57: execution error: The command was refused: it holds the invisible character "
+              "U+202E. (1)\n");
     EXPECT_EQ(runner.readRest(), "");
 }
 

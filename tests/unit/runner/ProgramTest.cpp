@@ -3,9 +3,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/resource.h>
+#include <sys/socket.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <csignal>
 #include <filesystem>
 #include <fstream>
@@ -99,8 +101,7 @@ TEST(RunnerProgram, tellsItsUsageWhenCalledWrongly) {
 }
 
 TEST(RunnerProgram, takesSeveralTextsForTheLinesOfOneScript) {
-    EXPECT_EQ(resultOf({"-e", "", "-e", "do shell script \"echo a", "-e", "echo b\""}).output,
-              "a\nb\n");
+    EXPECT_EQ(resultOf({"-e", "", "-e", "do shell script \"echo a\"", "-e", ""}).output, "a\n");
 }
 
 TEST(RunnerProgram, passesOutputOnUnchanged) {
@@ -135,7 +136,7 @@ TEST(RunnerProgram, givesTheCommandASmallEnvironment) {
     RunnerUnderTest::Settings settings;
     settings.environment = {{"PATH", "/tmp/elsewhere"}, {"HOME", "/home/u"}, {"PKEXEC_UID", "7"},
                             {"LD_DEBUG", ""},           {"TMPDIR", "/x"},    {"LANG", "de_DE"}};
-    EXPECT_EQ(resultOfCommand("tr '\\0' '\\n' </proc/$$/environ", settings).output,
+    EXPECT_EQ(resultOfCommand("tr '\\0' '\\n' </proc/self/environ", settings).output,
               "PATH=/usr/bin:/bin:/usr/sbin:/sbin\nHOME=/home/u\nPKEXEC_UID=7\n");
 }
 
@@ -149,7 +150,8 @@ TEST(RunnerProgram, runsTheCommandInItsOwnWorkingDirectory) {
 
 TEST(RunnerProgram, givesTheCommandNothingToReadAndNoTerminal) {
     const Result result = resultOfCommand(
-        "cat; readlink /proc/self/fd/0; set -- $(cat /proc/$$/stat); echo $(($5 == $$)) $7");
+        "cat; readlink /proc/self/fd/0; read -r stat </proc/self/stat; set -- $stat; echo $(($6 == "
+        "$1)) $7");
     EXPECT_EQ(result.output, "/dev/null\n1 0\n");
 }
 
@@ -217,10 +219,131 @@ TEST(RunnerProgram, saysThatNoDescriptorIsLeft) {
     }
 }
 
+TEST(RunnerProgram, takesACommandThatBeginsWithADash) {
+    EXPECT_THAT(resultOfCommand("-e; echo good").output, "good\n");
+}
+
+TEST(RunnerProgram, givesTheCommandTheSystemsUsualSettings) {
+    RunnerUnderTest::Settings settings;
+    settings.beforeExec = [] {
+        ::umask(0);
+        for (const auto resource : {RLIMIT_CORE, RLIMIT_FSIZE, RLIMIT_STACK, RLIMIT_NOFILE}) {
+            rlimit limit{};
+            ::getrlimit(resource, &limit);
+            limit.rlim_cur = std::min<rlim_t>(limit.rlim_max, 1000000);
+            limit.rlim_cur = resource == RLIMIT_NOFILE ? 100 : limit.rlim_cur;
+            ::setrlimit(resource, &limit);
+        }
+    };
+    EXPECT_EQ(resultOfCommand("umask; ulimit -c; ulimit -f; ulimit -s; ulimit -n", settings).output,
+              "0022\n0\nunlimited\n8192\n1024\n");
+}
+
+TEST(RunnerProgram, givesACommandOfRootTheUsualPriority) {
+    if (::geteuid() != 0) {
+        GTEST_SKIP() << "only root may raise its priority again";
+    }
+    RunnerUnderTest::Settings settings;
+    settings.beforeExec = [] {
+        ::setpriority(PRIO_PROCESS, 0, 7);
+        std::ofstream("/proc/self/oom_score_adj") << "300";
+    };
+    EXPECT_EQ(resultOfCommand("nice; cat /proc/self/oom_score_adj", settings).output, "0\n0\n");
+}
+
+TEST(RunnerProgram, refusesACommandThatNoPromptCouldShow) {
+    const std::string refused = "execution error: The command was refused: it holds ";
+    EXPECT_THAT(resultOfCommand("echo bad # \xFF").errors,
+                EndsWith(refused + "bytes that are not UTF-8. (1)\n"));
+    EXPECT_THAT(resultOfCommand("echo bad\necho worse").errors,
+                EndsWith(refused + "the control character U+000A. (1)\n"));
+    EXPECT_EQ(resultOfCommand("echo bad\u200B").output, "");
+}
+
+TEST(RunnerProgram, runsTheCommandInTheRootFolderWhereItsOwnCannotBeShown) {
+    for (const char* const name : {"a\nb", "a\xFF", "a                 b"}) {
+        const TemporaryFolder folder;
+        RunnerUnderTest::Settings settings;
+        settings.beforeExec = [&, odd = folder.makeFolder(name)] { (void)!::chdir(odd.c_str()); };
+        EXPECT_EQ(resultOfCommand("pwd -P", settings).output, "/\n") << name;
+    }
+}
+
+TEST(RunnerProgram, runsTheCommandInTheRootFolderWhereItsOwnIsGone) {
+    const TemporaryFolder folder;
+    RunnerUnderTest::Settings settings;
+    settings.beforeExec = [gone = folder.makeFolder("gone")] {
+        (void)!::chdir(gone.c_str());
+        ::rmdir(gone.c_str());
+    };
+    EXPECT_EQ(resultOfCommand("pwd -P", settings).output, "/\n");
+}
+
+// What the elevated side says when it is asked directly, past the runner that would not have.
+Result resultOfElevatedSide(const std::string& command, const std::string& folder) {
+    RunnerUnderTest::Settings settings;
+    settings.beforeExec = [&] {
+        int ends[2];
+        (void)!::socketpair(AF_UNIX, SOCK_STREAM, 0, ends);
+        ::dup2(ends[0], STDIN_FILENO);
+        ::execl(BONKORA_HELPERS "/bonkora-elevated", "bonkora-elevated", command.c_str(),
+                folder.c_str(), nullptr);
+    };
+    return resultOf({}, settings);
+}
+
+TEST(ElevatedProgram, runsWhatThePromptCanShow) {
+    const Result result = resultOfElevatedSide("echo 'good                '; pwd -P", "/usr");
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(result.output, "good                \n/usr\n");
+}
+
+TEST(ElevatedProgram, refusesWhatAPromptCannotShowBeforeAnythingRuns) {
+    const std::vector<std::pair<std::string, std::string>> refused{
+        {"echo bad # \xFF", "bytes that are not UTF-8"},
+        {"echo bad\t", "the control character U+0009"},
+        {"echo bad \x1B[8m", "the control character U+001B"},
+        {"echo bad \u200B", "the invisible character U+200B"},
+        {"echo                  bad", "more than sixteen blanks in a row"},
+    };
+    const TemporaryFolder folder;
+    for (const auto& [text, why] : refused) {
+        const Result command = resultOfElevatedSide(text, "/");
+        EXPECT_EQ(command.status, 1);
+        EXPECT_EQ(command.output, "");
+        EXPECT_EQ(command.errors, "The command was refused: it holds " + why + ".\n");
+        const Result place = resultOfElevatedSide("echo bad", folder.makeFolder(text));
+        EXPECT_EQ(place.output, "");
+        EXPECT_EQ(place.errors, "The command's folder was refused: it holds " + why + ".\n");
+    }
+}
+
+TEST(ElevatedProgram, refusesAFolderThatIsNotTheOneShown) {
+    const TemporaryFolder folder;
+    const std::string real = std::filesystem::canonical(folder.makeFolder("real"));
+    std::filesystem::create_symlink("real", folder / "link");
+    const std::string file = folder.write("file", "");
+    const std::vector<std::pair<std::string, std::string>> refused{
+        {"usr", "is not an absolute path"},
+        {"", "is not an absolute path"},
+        {real + "/gone", "cannot be entered"},
+        {file, "cannot be entered"},
+        {folder / "link", "leads to another folder"},
+        {real + "/../real", "leads to another folder"},
+        {real + "/", "leads to another folder"},
+    };
+    for (const auto& [path, why] : refused) {
+        const Result result = resultOfElevatedSide("echo bad", path);
+        EXPECT_EQ(result.status, 1);
+        EXPECT_EQ(result.output, "");
+        EXPECT_EQ(result.errors, "The command's folder was refused: it " + why + ".\n") << path;
+    }
+}
+
 TEST(ElevatedProgram, refusesToRunByHand) {
     RunnerUnderTest::Settings settings;
     settings.beforeExec = [] {
-        ::execl(BONKORA_HELPERS "/bonkora-elevated", "bonkora-elevated", "/", "echo bad", nullptr);
+        ::execl(BONKORA_HELPERS "/bonkora-elevated", "bonkora-elevated", "echo bad", "/", nullptr);
     };
     const Result result = resultOf({}, settings);
     EXPECT_EQ(result.status, 2);

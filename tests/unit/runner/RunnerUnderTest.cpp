@@ -1,5 +1,6 @@
 #include "tests/unit/runner/RunnerUnderTest.h"
 
+#include <grp.h>
 #include <poll.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -7,6 +8,8 @@
 #include <array>
 #include <cerrno>
 #include <csignal>
+#include <filesystem>
+#include <fstream>
 #include <stdexcept>
 
 #include "platform/Pipe.h"
@@ -108,6 +111,30 @@ std::optional<int> RunnerUnderTest::waitForStatus(std::chrono::milliseconds time
     int status = 0;
     ::waitpid(std::exchange(child, -1), &status, 0);
     return WIFSIGNALED(status) ? -WTERMSIG(status) : WEXITSTATUS(status);
+}
+
+pid_t RunnerUnderTest::elevatedSide() const {
+    const std::string number = std::to_string(child);
+    pid_t elevated = -1;
+    std::ifstream("/proc/" + number + "/task/" + number + "/children") >> elevated;
+    return elevated;
+}
+
+void becomePlainUser() {
+    constexpr uid_t nobody = 65534;
+    if (::geteuid() == 0 &&
+        (::setgroups(0, nullptr) != 0 || ::setresgid(nobody, nobody, nobody) != 0 ||
+         ::setresuid(nobody, nobody, nobody) != 0)) {
+        ::_exit(98);
+    }
+}
+
+void copyPrograms(const std::string& folder) {
+    std::filesystem::permissions(folder, std::filesystem::perms::all);
+    for (const char* const name : {"osascript", "bonkora-elevated"}) {
+        std::filesystem::copy(std::filesystem::path(BONKORA_HELPERS) / name,
+                              std::filesystem::path(folder) / name);
+    }
 }
 
 std::string scriptFor(std::string_view command, bool withAdministratorPrivileges) {

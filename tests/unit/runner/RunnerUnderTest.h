@@ -35,6 +35,8 @@ class RunnerUnderTest {
 
     pid_t process() const { return child; }
     void signal(int number) const;
+    // The elevated side, once it runs.
+    pid_t elevatedSide() const;
 
     // The next line of its standard output, without the line feed.
     std::string readLine();
@@ -58,6 +60,15 @@ class RunnerUnderTest {
     platform::UniqueDescriptor errors;
     std::string unread;
 };
+
+// Gives up the rights of root for good, where the test has them; in beforeExec.
+void becomePlainUser();
+
+// Copies both programs where any user may run them, wherever the build is.
+void copyPrograms(const std::string& folder);
+
+// Prints the shell's own number as the test knows it: in a PID namespace $$ is another.
+inline const std::string sayNumber = "read -r me rest </proc/self/stat; echo $me; ";
 
 // The script that runs `command`, as the application would write it.
 std::string scriptFor(std::string_view command, bool withAdministratorPrivileges = false);

@@ -1,4 +1,4 @@
-#include "runner/Supervisor.h"
+#include "runner/CommandProcess.h"
 
 #include <gtest/gtest.h>
 
