@@ -12,9 +12,9 @@
 #include <csignal>
 #include <cstdlib>
 
-#include "platform/Pipe.h"
+#include "platform/Descriptor.h"
+#include "platform/Process.h"
 #include "runner/ElevatedLink.h"
-#include "runner/ExecVector.h"
 
 namespace bonkora::runner {
 namespace {
@@ -118,7 +118,7 @@ pid_t startCommand(const std::string& command, int link) {
         const char* const value = std::getenv(name);
         return value != nullptr ? std::optional<std::string>(value) : std::nullopt;
     });
-    const std::vector<char*> pointers = execVector(environment);
+    const std::vector<char*> pointers = platform::execVector(environment);
     const pid_t parent = ::getpid();
     const pid_t child = ::fork();
     if (child == 0) {

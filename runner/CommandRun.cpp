@@ -12,7 +12,7 @@
 #include <chrono>
 #include <csignal>
 
-#include "platform/Pipe.h"
+#include "platform/Descriptor.h"
 #include "runner/ElevatedLink.h"
 
 namespace bonkora::runner {

@@ -11,11 +11,11 @@
 #include <string>
 #include <string_view>
 
-#include "platform/UniqueDescriptor.h"
+#include "platform/Descriptor.h"
+#include "platform/SignalDescriptor.h"
 #include "runner/Descendants.h"
 #include "runner/Failure.h"
 #include "runner/HelperLaunch.h"
-#include "runner/SignalDescriptor.h"
 
 namespace bonkora::runner {
 
@@ -34,7 +34,8 @@ class OutputTail {
 class CommandRun {
   public:
     // `endSignals`: any signal that comes from it asks the run to end.
-    explicit CommandRun(const SignalDescriptor& theEndSignals) : endSignals(theEndSignals) {}
+    explicit CommandRun(const platform::SignalDescriptor& theEndSignals)
+        : endSignals(theEndSignals) {}
 
     // Runs until the command has ended. Returns nothing when it succeeded, and also when the run
     // was ended from outside, by a signal or because nobody reads the output any more: then
@@ -51,7 +52,7 @@ class CommandRun {
     // False when there is nothing more to read for now.
     bool readErrors();
 
-    const SignalDescriptor& endSignals;
+    const platform::SignalDescriptor& endSignals;
     pid_t helper = -1;
     platform::UniqueDescriptor link;
     platform::UniqueDescriptor errors;

@@ -18,7 +18,7 @@
 #include <new>
 #include <utility>
 
-#include "platform/Pipe.h"
+#include "platform/Descriptor.h"
 #include "runner/ElevatedLink.h"
 
 namespace bonkora::runner {

@@ -6,7 +6,7 @@
 #include <csignal>
 #include <vector>
 
-#include "runner/ExecVector.h"
+#include "platform/Process.h"
 
 namespace bonkora::runner {
 
@@ -24,7 +24,7 @@ HelperLaunch helperLaunch(const std::string& helperPath, const std::string& fold
 
 platform::Result<pid_t, int> startHelper(const HelperLaunch& launch, int input, int errors) {
     std::vector<std::string> arguments = launch.arguments;
-    const std::vector<char*> argv = execVector(arguments);
+    const std::vector<char*> argv = platform::execVector(arguments);
     char* emptyEnvironment[] = {nullptr};
 
     posix_spawn_file_actions_t actions;

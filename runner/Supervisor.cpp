@@ -10,12 +10,11 @@
 
 #include <algorithm>
 #include <array>
-#include <cerrno>
 #include <chrono>
 #include <csignal>
 #include <exception>
 
-#include "platform/Pipe.h"
+#include "platform/Descriptor.h"
 #include "runner/CommandProcess.h"
 #include "runner/ElevatedLink.h"
 
@@ -24,6 +23,7 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 using platform::Pipe;
+using platform::SignalDescriptor;
 using platform::UniqueDescriptor;
 
 // What ends the run from outside: a closed link, an output without a reader (which poll reports

@@ -9,8 +9,8 @@
 #include <optional>
 #include <string>
 
+#include "platform/SignalDescriptor.h"
 #include "runner/Descendants.h"
-#include "runner/SignalDescriptor.h"
 
 namespace bonkora::runner {
 
@@ -28,7 +28,7 @@ class Supervisor {
     void wait();
 
     const int link;
-    const SignalDescriptor signals;
+    const platform::SignalDescriptor signals;
     Descendants descendants;
     pid_t command = -1;
     std::optional<int> commandStatus;

@@ -16,8 +16,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/Pipe.h"
-#include "platform/StandardStreams.h"
+#include "platform/Descriptor.h"
 #include "runner/ElevatedLink.h"
 #include "runner/PromptText.h"
 #include "runner/Supervisor.h"

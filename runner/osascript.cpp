@@ -15,15 +15,15 @@
 #include <system_error>
 #include <vector>
 
-#include "platform/Bundle.h"
-#include "platform/Pipe.h"
-#include "platform/StandardStreams.h"
+#include "platform/Descriptor.h"
+#include "platform/FileManager.h"
+#include "platform/SignalDescriptor.h"
+#include "platform/System.h"
 #include "runner/CommandRun.h"
 #include "runner/Failure.h"
 #include "runner/HelperLaunch.h"
 #include "runner/PromptText.h"
 #include "runner/Script.h"
-#include "runner/SignalDescriptor.h"
 
 namespace {
 
@@ -36,7 +36,7 @@ std::optional<std::string> helperPath() {
     if (!own) {
         return std::nullopt;
     }
-    std::string path = own->substr(0, own->rfind('/')) + "/bonkora-elevated";
+    std::string path = std::string(platform::parentFolder(*own)) + "/bonkora-elevated";
     return ::access(path.c_str(), X_OK) == 0 ? std::optional(std::move(path)) : std::nullopt;
 }
 
@@ -49,7 +49,7 @@ std::string workingFolder() {
 }
 
 std::optional<Failure> runCommand(const ShellCommand& command) try {
-    const SignalDescriptor endSignals{SIGTERM, SIGINT, SIGHUP};
+    const platform::SignalDescriptor endSignals{SIGTERM, SIGINT, SIGHUP};
     const auto helper = helperPath();
     if (!helper) {
         return Failure{"bonkora-elevated is missing beside osascript.", fileNotFound};

@@ -6,7 +6,7 @@
 
 #include <chrono>
 
-#include "platform/UniqueDescriptor.h"
+#include "platform/Descriptor.h"
 
 namespace bonkora::test {
 

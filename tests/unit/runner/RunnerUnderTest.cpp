@@ -12,8 +12,8 @@
 #include <fstream>
 #include <stdexcept>
 
-#include "platform/Pipe.h"
-#include "runner/ExecVector.h"
+#include "platform/Descriptor.h"
+#include "platform/Process.h"
 #include "tests/unit/runner/ProcessWatch.h"
 
 namespace bonkora::test {
@@ -46,8 +46,8 @@ RunnerUnderTest::RunnerUnderTest(const std::vector<std::string>& arguments,
         variables.push_back(name);
         variables.back().append(1, '=').append(value);
     }
-    const auto argv = runner::execVector(words);
-    const auto environment = runner::execVector(variables);
+    const auto argv = platform::execVector(words);
+    const auto environment = platform::execVector(variables);
     auto outputPipe = platform::Pipe::make();
     auto errorPipe = platform::Pipe::make();
     if (!outputPipe || !errorPipe) {

@@ -13,7 +13,7 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/UniqueDescriptor.h"
+#include "platform/Descriptor.h"
 
 namespace bonkora::test {
 
