@@ -88,10 +88,10 @@ void SpankWrapper::launchDirectWithAuthorizationService(const std::string& spank
     const auto runner = makeRunner(privilegedCommand(spankPath, args));
     readOutputOf(*runner);
     awaitEndOf(*runner);
-    if (const auto error = runner->run()) {
-        failedToLaunch(*error);
-    } else {
+    if (const auto started = runner->run()) {
         launched(runner);
+    } else {
+        failedToLaunch(started.error());
     }
     removeLater(scriptPath);
 }

@@ -128,10 +128,10 @@ int waitForTheEnd(Child& child) {
 
 class PosixProcess final : public Process {
   public:
-    std::optional<LaunchError> run() override {
+    Result<void, LaunchError> run() override {
         auto pipe = Pipe::make();
         if (!pipe) {
-            return LaunchError::fromErrno(executablePath, errno);
+            return tl::unexpected(LaunchError::fromErrno(executablePath, errno));
         }
         // The threads come first: once the child runs, nothing may fail any more.
         std::thread reader;
@@ -165,9 +165,9 @@ class PosixProcess final : public Process {
             }
         }
         if (error != 0) {
-            return LaunchError::fromErrno(executablePath, error);
+            return tl::unexpected(LaunchError::fromErrno(executablePath, error));
         }
-        return std::nullopt;
+        return {};
     }
 
     int processIdentifier() const override {

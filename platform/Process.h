@@ -8,10 +8,11 @@
 
 #include <functional>
 #include <memory>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "platform/Result.h"
 
 namespace bonkora::platform {
 
@@ -51,8 +52,8 @@ class Process {
 
     // Starts the child, once: standard input, environment and working directory are inherited, no
     // other descriptor is; its process group is new, its signal mask and dispositions the default.
-    // Returns why it could not be started; nothing is left behind then and no handler is called.
-    virtual std::optional<LaunchError> run() = 0;
+    // If it cannot be started, nothing is left behind and no handler is called.
+    virtual Result<void, LaunchError> run() = 0;
 
     // Of the child; 0 before a successful run().
     virtual int processIdentifier() const = 0;

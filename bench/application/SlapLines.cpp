@@ -75,7 +75,7 @@ class Copier final : public platform::Process {
         process->executablePath = "/bin/cat";
         process->arguments = {file};
     }
-    std::optional<platform::LaunchError> run() override {
+    platform::Result<void, platform::LaunchError> run() override {
         process->readabilityHandler = readabilityHandler;
         process->terminationHandler = [told = terminationHandler, next = ended](int status) {
             told(status);

@@ -54,10 +54,13 @@ class DiaryProcess final : public platform::Process {
           detector(theDetector),
           number(theNumber),
           failure(std::move(theFailure)) {}
-    std::optional<platform::LaunchError> run() override {
+    platform::Result<void, platform::LaunchError> run() override {
         diary.push_back("launch " + arguments[0] + ' ' +
                         replacing(arguments[1], detector, "DETECTOR"));
-        return failure;
+        if (failure) {
+            return tl::unexpected(*failure);
+        }
+        return {};
     }
     int processIdentifier() const override { return 100 + number; }
     bool isRunning() const override { return true; }

@@ -19,9 +19,12 @@ class FakeProcess final : public platform::Process {
     std::optional<platform::LaunchError> failure;
     int terminations = 0;
 
-    std::optional<platform::LaunchError> run() override {
+    platform::Result<void, platform::LaunchError> run() override {
         running = !failure;
-        return failure;
+        if (failure) {
+            return tl::unexpected(*failure);
+        }
+        return {};
     }
     int processIdentifier() const override { return identifier; }
     bool isRunning() const override { return running; }

@@ -56,21 +56,21 @@ TEST(Process, passesTheArgumentsOnAndTheWholeOutputBack) {
     Shell shell("");
     shell.process->arguments = {"-c",  "printf '%s|' \"$@\"; printf end >&2", "sh", "a b", "",
                                 "\"$x"};
-    EXPECT_EQ(shell.process->run(), std::nullopt);
+    EXPECT_TRUE(shell.process->run());
     EXPECT_EQ(shell.output(), "a b||\"$x|end");
     EXPECT_EQ(shell.status(), 0);
 }
 
 TEST(Process, tellsTheExitCode) {
     Shell shell("exit 37");
-    ASSERT_FALSE(shell.process->run());
+    ASSERT_TRUE(shell.process->run());
     EXPECT_EQ(shell.status(), 37);
     EXPECT_FALSE(shell.process->isRunning());
 }
 
 TEST(Process, tellsTheSignalThatEndedTheChild) {
     Shell shell("kill -KILL $$");
-    ASSERT_FALSE(shell.process->run());
+    ASSERT_TRUE(shell.process->run());
     EXPECT_EQ(shell.status(), SIGKILL);
 }
 
@@ -85,7 +85,7 @@ TEST(Process, terminateAsksPolitely) {
         told = true;
         gather(chunk);
     };
-    ASSERT_FALSE(shell.process->run());
+    ASSERT_TRUE(shell.process->run());
     ready.take();
     EXPECT_TRUE(shell.process->isRunning());
     shell.process->terminate();
@@ -96,7 +96,7 @@ TEST(Process, terminateBeforeTheStartAndAfterTheEndDoesNothing) {
     Shell shell("exit 0");
     shell.process->terminate();
     EXPECT_EQ(shell.process->processIdentifier(), 0);
-    ASSERT_FALSE(shell.process->run());
+    ASSERT_TRUE(shell.process->run());
     EXPECT_EQ(shell.status(), 0);
     shell.process->terminate();
 }
@@ -106,7 +106,7 @@ TEST(Process, terminateReachesThatProcessAlone) {
     // A child that would end with its parent's group, and says so long as it does not.
     Shell shell("(: > " + (folder / "there") + "; while [ ! -e " + (folder / "go") +
                 " ]; do sleep 0.01; done; echo survived) & wait");
-    ASSERT_FALSE(shell.process->run());
+    ASSERT_TRUE(shell.process->run());
     while (!std::filesystem::exists(folder / "there")) {
         std::this_thread::yield();
     }
@@ -118,7 +118,7 @@ TEST(Process, terminateReachesThatProcessAlone) {
 
 TEST(Process, aGrandchildMayHoldTheOutputOpenAfterTheEnd) {
     Shell shell("(sleep 0.2; echo later) & echo now");
-    ASSERT_FALSE(shell.process->run());
+    ASSERT_TRUE(shell.process->run());
     EXPECT_EQ(shell.status(), 0);
     EXPECT_EQ(shell.output(), "now\nlater\n");
 }
@@ -127,7 +127,7 @@ TEST(Process, aChildThatClosesItsOutputLivesOn) {
     const test::TemporaryFolder folder;
     Shell shell("exec >&- 2>&-; while [ ! -e " + (folder / "go") +
                 " ]; do sleep 0.01; done; exit 3");
-    ASSERT_FALSE(shell.process->run());
+    ASSERT_TRUE(shell.process->run());
     EXPECT_EQ(shell.output(), "");
     EXPECT_TRUE(shell.process->isRunning());
     folder.write("go", "");
@@ -136,7 +136,7 @@ TEST(Process, aChildThatClosesItsOutputLivesOn) {
 
 TEST(Process, lettingTheHandleGoLeavesTheChildUndisturbed) {
     Shell shell("sleep 0.1; head -c 300000 /dev/zero; exit 4");
-    ASSERT_FALSE(shell.process->run());
+    ASSERT_TRUE(shell.process->run());
     shell.process.reset();
     EXPECT_EQ(shell.output().size(), 300000U);
     EXPECT_EQ(shell.status(), 4);
@@ -150,7 +150,7 @@ TEST(Process, aChunkIsAtMost64KiB) {
         largest = std::max(largest, chunk.size());
         gather(chunk);
     };
-    ASSERT_FALSE(shell.process->run());
+    ASSERT_TRUE(shell.process->run());
     EXPECT_EQ(shell.output().size(), 1000000U);
     EXPECT_LE(largest, 65536U);
 }
@@ -159,7 +159,7 @@ TEST(Process, withoutHandlersItIsDrainedAndReaped) {
     const auto process = makePosixProcess();
     process->executablePath = "/bin/sh";
     process->arguments = {"-c", "head -c 1000000 /dev/zero"};
-    ASSERT_FALSE(process->run());
+    ASSERT_TRUE(process->run());
     const int identifier = process->processIdentifier();
     while (::kill(identifier, 0) == 0) {
         ::sched_yield();
@@ -171,7 +171,7 @@ TEST(Process, theChildGetsOurInputAndOutputAndNothingElse) {
     const UniqueDescriptor leak(::open("/dev/null", O_RDONLY));  // not closed on exec
     ASSERT_TRUE(leak);
     Shell shell("ls /proc/self/fd | wc -l");  // 0, 1, 2 and the listing's own
-    ASSERT_FALSE(shell.process->run());
+    ASSERT_TRUE(shell.process->run());
     EXPECT_EQ(std::stoi(shell.output()), 4);
 }
 
@@ -183,10 +183,10 @@ TEST(Process, theChildHasAGroupOfItsOwnAndDefaultSignals) {
     ::pthread_sigmask(SIG_BLOCK, &blocked, &before);
     const auto pipeHandler = ::signal(SIGPIPE, SIG_IGN);
     Shell shell("echo $(awk '/^Sig(Blk|Ign)/ { print $2 }' /proc/$$/status; ps -o pgid= -p $$)");
-    const auto error = shell.process->run();
+    const auto started = shell.process->run();
     ::signal(SIGPIPE, pipeHandler);
     ::pthread_sigmask(SIG_SETMASK, &before, nullptr);
-    ASSERT_FALSE(error);
+    ASSERT_TRUE(started);
     std::istringstream output(shell.output());
     unsigned long long nowBlocked = 0;
     unsigned long long nowIgnored = 0;
@@ -201,9 +201,9 @@ TEST(Process, theChildHasAGroupOfItsOwnAndDefaultSignals) {
 TEST(Process, aMissingExecutableIsReported) {
     const auto process = makePosixProcess();
     process->executablePath = "/nonexistent/osascript";
-    const auto error = process->run();
-    ASSERT_TRUE(error);
-    EXPECT_EQ(error->localizedDescription(), "The file “osascript” doesn’t exist.");
+    const auto started = process->run();
+    ASSERT_FALSE(started);
+    EXPECT_EQ(started.error().localizedDescription(), "The file “osascript” doesn’t exist.");
     EXPECT_FALSE(process->isRunning());
     EXPECT_EQ(process->processIdentifier(), 0);
 }
@@ -212,19 +212,19 @@ TEST(Process, oneWithoutExecutePermissionIsReportedAsMissing) {
     const test::TemporaryFolder folder;
     const auto process = makePosixProcess();
     process->executablePath = folder.write("osascript", "#!/bin/sh\n");
-    const auto error = process->run();
-    ASSERT_TRUE(error);
-    EXPECT_EQ(error->code, 4);
+    const auto started = process->run();
+    ASSERT_FALSE(started);
+    EXPECT_EQ(started.error().code, 4);
 }
 
 TEST(Process, aFolderIsReportedAsALackOfPermission) {
     const test::TemporaryFolder folder;
     const auto process = makePosixProcess();
     process->executablePath = folder.path();
-    const auto error = process->run();
-    ASSERT_TRUE(error);
-    EXPECT_EQ(error->domain, "NSPOSIXErrorDomain");
-    EXPECT_EQ(error->code, EACCES);
+    const auto started = process->run();
+    ASSERT_FALSE(started);
+    EXPECT_EQ(started.error().domain, "NSPOSIXErrorDomain");
+    EXPECT_EQ(started.error().code, EACCES);
 }
 
 // The reader closes its end a moment after it has told the end.
@@ -240,12 +240,12 @@ TEST(Process, startsAndFailedStartsLeaveNoDescriptorBehind) {
     const long before = test::openDescriptors();
     for (int round = 0; round < 50; ++round) {
         Shell shell("echo text; exit 1");
-        ASSERT_FALSE(shell.process->run());
+        ASSERT_TRUE(shell.process->run());
         EXPECT_EQ(shell.output(), "text\n");
         EXPECT_EQ(shell.status(), 1);
         const auto failing = makePosixProcess();
         failing->executablePath = "/nonexistent";
-        EXPECT_TRUE(failing->run());
+        EXPECT_FALSE(failing->run());
     }
     EXPECT_EQ(descriptorsOnceSettled(before), before);
 }
@@ -253,7 +253,7 @@ TEST(Process, startsAndFailedStartsLeaveNoDescriptorBehind) {
 TEST(Process, withoutAFreeDescriptorTheStartFailsAndALaterOneWorks) {
     // The sanitizer takes a descriptor to look at a type that it sees for the first time.
     Shell first("exit 0");
-    ASSERT_FALSE(first.process->run());
+    ASSERT_TRUE(first.process->run());
     EXPECT_EQ(first.status(), 0);
     rlimit limit{};
     ::getrlimit(RLIMIT_NOFILE, &limit);
@@ -265,14 +265,14 @@ TEST(Process, withoutAFreeDescriptorTheStartFailsAndALaterOneWorks) {
         taken.emplace_back(descriptor);
     }
     Shell failing("exit 0");
-    const auto error = failing.process->run();
+    const auto started = failing.process->run();
     taken.clear();
     ::setrlimit(RLIMIT_NOFILE, &limit);
-    ASSERT_TRUE(error);
-    EXPECT_EQ(error->code, EMFILE);
+    ASSERT_FALSE(started);
+    EXPECT_EQ(started.error().code, EMFILE);
 
     Shell working("exit 0");
-    ASSERT_FALSE(working.process->run());
+    ASSERT_TRUE(working.process->run());
     EXPECT_EQ(working.status(), 0);
 }
 
@@ -281,7 +281,7 @@ TEST(Process, manyAtOnceAllComeToTheirEnd) {
     for (int number = 0; number < 20; ++number) {
         shells.push_back(std::make_unique<Shell>("echo " + std::to_string(number) + "; exit " +
                                                  std::to_string(number)));
-        ASSERT_FALSE(shells.back()->process->run());
+        ASSERT_TRUE(shells.back()->process->run());
     }
     for (int number = 0; number < 20; ++number) {
         EXPECT_EQ(shells[static_cast<std::size_t>(number)]->output(),
