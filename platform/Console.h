@@ -1,7 +1,10 @@
-// Console: the program's standard output, one line a call, out at once whatever it is connected to;
-// only the lines of a burst go out together, at its end.
-// Any thread. A console that is closed, full or has no reader any more loses the line silently: a
-// line for the developer is no reason to stop.
+// Console: the program's standard output, one line a call. Any thread.
+//
+// A line is out at once whatever the output is connected to, except that the lines of a burst go
+// out together, at its end. Printing never waits for whoever reads: lines wait for a thread of the
+// console's own. What is more than it keeps for a reader who has stopped reading is dropped, in
+// whole lines, and standard error says so. A console that is closed or has no reader any more loses
+// the line silently: a line for the developer is no reason to stop.
 #pragma once
 
 #include <memory>
@@ -19,7 +22,8 @@ class Console {
     // Prints `line` and a line feed. `line` may hold any bytes.
     virtual void print(std::string_view line) = 0;
 
-    // Writes the lines that a burst has kept so far: for who will not see its end.
+    // Waits until all lines are out, also those of an unfinished burst; gives up when nobody reads
+    // for half a second.
     virtual void flush() {}
 
     // For as long as it lives, lines wait to be written together: for many lines at a time, whose
@@ -35,7 +39,12 @@ class Console {
         Console& console;
     };
 
+    // The same one for all who hold it. It is flushed when the program ends, by exit() or by
+    // fatalError().
     static std::shared_ptr<Console> standardOutput();
+
+    // What standardOutput() keeps for a reader, in bytes.
+    static constexpr std::size_t capacity = std::size_t{4} << 20U;
 
   private:
     virtual void beginBurst() {}
@@ -43,7 +52,7 @@ class Console {
 };
 
 // Ends the program at once, with a line on standard error: for broken contracts, which no caller
-// could handle.
+// could handle. What has been printed before is out first.
 [[noreturn]] void fatalError(std::string_view message);
 
 }  // namespace bonkora::platform

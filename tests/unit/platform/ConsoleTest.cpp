@@ -5,83 +5,219 @@
 #include <unistd.h>
 
 #include <csignal>
+#include <cstdlib>
+#include <optional>
+#include <sstream>
 #include <string>
+#include <thread>
 
 #include "platform/Descriptor.h"
 
 namespace bonkora::platform {
 namespace {
 
-// Runs `body` with standard output connected to `descriptor`.
+// Runs `body` with `standard`, a descriptor of this process, connected to `descriptor`.
 template <typename Body>
-void withStandardOutput(int descriptor, const Body& body) {
-    const UniqueDescriptor saved(::dup(STDOUT_FILENO));
-    descriptor >= 0 ? ::dup2(descriptor, STDOUT_FILENO) : ::close(STDOUT_FILENO);
+void with(int standard, int descriptor, const Body& body) {
+    const UniqueDescriptor saved(::dup(standard));
+    descriptor >= 0 ? ::dup2(descriptor, standard) : ::close(standard);
     body();
-    ::dup2(saved.get(), STDOUT_FILENO);
+    ::dup2(saved.get(), standard);
 }
 
-void expectItPrints(Console& console) {
-    auto pipe = Pipe::make();
-    ASSERT_TRUE(pipe);
-    std::string read(100, '\0');
-    withStandardOutput(pipe->fileHandleForWriting.get(), [&] {
-        console.print("next");
-        const auto count = ::read(pipe->fileHandleForReading.get(), read.data(), read.size());
-        read.resize(count > 0 ? static_cast<std::size_t>(count) : 0);
-    });
-    EXPECT_EQ(read, "next\n");
+std::string readOnce(const UniqueDescriptor& descriptor) {
+    std::string text(65536, '\0');
+    const auto count = ::read(descriptor.get(), text.data(), text.size());
+    text.resize(count > 0 ? static_cast<std::size_t>(count) : 0);
+    return text;
 }
 
-TEST(Console, aLineIsOutAtOnceAlsoIntoAPipe) {
-    auto pipe = Pipe::make();
-    ASSERT_TRUE(pipe);
-    const auto console = Console::standardOutput();
-    std::string read(100, '\0');
-    withStandardOutput(pipe->fileHandleForWriting.get(), [&] {
-        console->print("👋 Slap #1");
-        const auto count = ::read(pipe->fileHandleForReading.get(), read.data(), read.size());
-        read.resize(static_cast<std::size_t>(count));
-    });
-    EXPECT_EQ(read, "👋 Slap #1\n");
+// What `body` writes to standard error, up to what a pipe holds.
+template <typename Body>
+std::string errorsOf(const Body& body) {
+    auto errors = Pipe::make();
+    with(STDERR_FILENO, errors->fileHandleForWriting.get(), body);
+    errors->fileHandleForWriting.reset();
+    return readOnce(errors->fileHandleForReading);
 }
 
-TEST(Console, theLinesOfABurstGoOutTogetherAtItsEnd) {
-    auto pipe = Pipe::make();
-    ASSERT_TRUE(pipe);
-    const auto console = Console::standardOutput();
-    std::string read(100, '\0');
-    withStandardOutput(pipe->fileHandleForWriting.get(), [&] {
+class ConsoleTest : public testing::Test {
+  protected:
+    // Runs `body` with standard output connected to the pipe, and waits until all lines are out.
+    template <typename Body>
+    void withPipe(const Body& body) {
+        with(STDOUT_FILENO, pipe->fileHandleForWriting.get(), [&] {
+            body();
+            console->flush();
+        });
+    }
+    void expectItPrints() {
+        withPipe([&] { console->print("next"); });
+        EXPECT_EQ(readOnce(pipe->fileHandleForReading), "next\n");
+    }
+    bool canBeRead(int milliseconds) const {
         pollfd readable{pipe->fileHandleForReading.get(), POLLIN, 0};
+        return ::poll(&readable, 1, milliseconds) == 1;
+    }
+    // Everything, until the writing end is closed by everybody.
+    std::string readAll() {
+        pipe->fileHandleForWriting.reset();
+        std::string all;
+        for (std::string text = readOnce(pipe->fileHandleForReading); !text.empty();
+             text = readOnce(pipe->fileHandleForReading)) {
+            all += text;
+        }
+        return all;
+    }
+
+    std::shared_ptr<Console> console = Console::standardOutput();
+    std::optional<Pipe> pipe = Pipe::make();
+};
+
+TEST_F(ConsoleTest, aLineIsOutAtOnceAlsoIntoAPipe) {
+    with(STDOUT_FILENO, pipe->fileHandleForWriting.get(), [&] {
+        console->print("👋 Slap #1");
+        EXPECT_TRUE(canBeRead(10000));
+    });
+    EXPECT_EQ(readOnce(pipe->fileHandleForReading), "👋 Slap #1\n");
+}
+
+TEST_F(ConsoleTest, theLinesOfABurstGoOutTogetherAtItsEnd) {
+    withPipe([&] {
         {
             const Console::Burst outer(*console);
             const Console::Burst inner(*console);
             console->print("one");
             console->print("two");
-            EXPECT_EQ(::poll(&readable, 1, 0), 0);
+            EXPECT_FALSE(canBeRead(20));
         }
-        ASSERT_EQ(::poll(&readable, 1, 0), 1);
-        const auto count = ::read(readable.fd, read.data(), read.size());
-        read.resize(static_cast<std::size_t>(count));
+        EXPECT_TRUE(canBeRead(10000));
     });
-    EXPECT_EQ(read, "one\ntwo\n");
+    EXPECT_EQ(readOnce(pipe->fileHandleForReading), "one\ntwo\n");
 }
 
-TEST(Console, aClosedOutputLosesTheLineAndNothingElse) {
-    const auto console = Console::standardOutput();
-    withStandardOutput(-1, [&] { console->print("lost"); });
-    expectItPrints(*console);
+TEST_F(ConsoleTest, aFlushBringsOutTheLinesOfAnUnfinishedBurst) {
+    const Console::Burst burst(*console);
+    withPipe([&] { console->print("one"); });
+    EXPECT_EQ(readOnce(pipe->fileHandleForReading), "one\n");
 }
 
-TEST(Console, aPipeWithoutAReaderLosesTheLineAndNothingElse) {
-    auto pipe = Pipe::make();
-    ASSERT_TRUE(pipe);
-    pipe->fileHandleForReading.reset();
+TEST_F(ConsoleTest, aClosedOutputLosesTheLineAndNothingElse) {
+    with(STDOUT_FILENO, -1, [&] {
+        console->print("lost");
+        console->flush();
+    });
+    expectItPrints();
+}
+
+TEST_F(ConsoleTest, aPipeWithoutAReaderLosesTheLineAndNothingElse) {
+    auto unread = Pipe::make();
+    unread->fileHandleForReading.reset();
     const auto before = ::signal(SIGPIPE, SIG_IGN);
-    const auto console = Console::standardOutput();
-    withStandardOutput(pipe->fileHandleForWriting.get(), [&] { console->print("lost"); });
+    with(STDOUT_FILENO, unread->fileHandleForWriting.get(), [&] {
+        console->print("lost");
+        console->flush();
+    });
     ::signal(SIGPIPE, before);
-    expectItPrints(*console);
+    expectItPrints();
+}
+
+TEST_F(ConsoleTest, whoReadsGetsEveryLineInOrder) {
+    std::string expected;
+    std::string read;
+    withPipe([&] {
+        std::thread reader([&] {
+            while (read.find("end\n") == std::string::npos) {
+                read += readOnce(pipe->fileHandleForReading);
+            }
+        });
+        for (int number = 0; number < 100'000; ++number) {
+            const std::string line = "line " + std::to_string(number);
+            console->print(line);
+            expected += line + '\n';
+        }
+        console->print("end");
+        reader.join();
+    });
+    EXPECT_EQ(read, expected + "end\n");
+}
+
+TEST_F(ConsoleTest, oneWhoDoesNotReadIsNotWaitedForAndMissesWholeLinesThatAreCounted) {
+    const std::string filler(1000, 'x');
+    constexpr int printed = 10'000;  // more than twice what is kept
+    const std::string errors = errorsOf([&] {
+        with(STDOUT_FILENO, pipe->fileHandleForWriting.get(), [&] {
+            for (int number = 0; number < printed; ++number) {
+                console->print(std::to_string(number) + filler);
+            }
+            console->flush();  // gives up
+        });
+    });
+    // The writer may take the pipe for its own standard output until it has put out everything.
+    std::string read;
+    with(STDOUT_FILENO, pipe->fileHandleForWriting.get(), [&] {
+        std::thread reader([&] {
+            while (read.find("end\n") == std::string::npos) {
+                read += readOnce(pipe->fileHandleForReading);
+            }
+        });
+        console->flush();
+        console->print("end");
+        reader.join();
+    });
+    std::istringstream lines(read);
+    int kept = 0;
+    for (std::string line; std::getline(lines, line) && line != "end"; ++kept) {
+        ASSERT_EQ(line, std::to_string(kept) + filler);
+    }
+    EXPECT_GT(kept, printed / 10);
+    EXPECT_LT(static_cast<std::size_t>(kept) * filler.size(), Console::capacity + 200'000);
+    EXPECT_EQ(errors, "bonkora: nobody reads standard output; its lines are dropped\nbonkora: " +
+                          std::to_string(printed - kept) +
+                          " lines of standard output were dropped\n");
+}
+
+TEST_F(ConsoleTest, aLineLongerThanAllThatIsKeptComesWhole) {
+    const std::string line(Console::capacity + 1000, 'x');
+    std::string read;
+    withPipe([&] {
+        std::thread reader([&] {
+            while (read.size() < line.size() + 1) {
+                read += readOnce(pipe->fileHandleForReading);
+            }
+        });
+        console->print(line);
+        reader.join();
+    });
+    EXPECT_TRUE(read == line + '\n');
+}
+
+// A program of its own, whose standard output is the pipe, and its end.
+#define EXPECT_OUTPUT_BEFORE_THE_END(end, predicate)        \
+    console.reset();                                        \
+    EXPECT_EXIT(                                            \
+        {                                                   \
+            ::dup2(pipe->fileHandleForWriting.get(), 1);    \
+            const auto own = Console::standardOutput();     \
+            const Console::Burst burst(*own);               \
+            for (int number = 0; number < 1000; ++number) { \
+                own->print("line");                         \
+            }                                               \
+            end;                                            \
+        },                                                  \
+        predicate, "");                                     \
+    EXPECT_EQ(readAll().size(), 5000U)
+
+TEST_F(ConsoleTest, everythingIsOutBeforeTheProgramEnds) {
+    EXPECT_OUTPUT_BEFORE_THE_END(std::exit(0), testing::ExitedWithCode(0));
+}
+
+TEST_F(ConsoleTest, everythingIsOutBeforeAFatalError) {
+    EXPECT_OUTPUT_BEFORE_THE_END(fatalError("broken"), testing::KilledBySignal(SIGABRT));
+}
+
+TEST_F(ConsoleTest, allWhoPrintShareOneConsole) {
+    EXPECT_EQ(Console::standardOutput(), console);
 }
 
 }  // namespace
