@@ -9,6 +9,7 @@ struct ObservableObjectPublisher::Observers {
     // Shared, so that an observer that ends its own subscription outlives its call.
     std::map<unsigned long long, std::shared_ptr<std::function<void()>>> byId;
     unsigned long long lastId = 0;
+    bool publisherIsGone = false;
 };
 
 ObservableObjectPublisher::Subscription::Subscription(std::weak_ptr<Observers> theObservers,
@@ -29,7 +30,9 @@ ObservableObjectPublisher::Subscription::~Subscription() {
 }
 
 ObservableObjectPublisher::ObservableObjectPublisher() : observers(std::make_shared<Observers>()) {}
-ObservableObjectPublisher::~ObservableObjectPublisher() = default;
+ObservableObjectPublisher::~ObservableObjectPublisher() {
+    observers->publisherIsGone = true;
+}
 
 ObservableObjectPublisher::Subscription ObservableObjectPublisher::sink(
     std::function<void()> observer) {
@@ -38,7 +41,7 @@ ObservableObjectPublisher::Subscription ObservableObjectPublisher::sink(
     return {observers, id};
 }
 
-void ObservableObjectPublisher::send() {
+bool ObservableObjectPublisher::send() {
     const auto alive = observers;  // an observer may destroy the publisher
     const auto last = alive->lastId;
     for (auto next = alive->byId.begin(); next != alive->byId.end() && next->first <= last;) {
@@ -47,6 +50,7 @@ void ObservableObjectPublisher::send() {
         (*observer)();
         next = alive->byId.upper_bound(id);
     }
+    return !alive->publisherIsGone;
 }
 
 }  // namespace bonkora::platform

@@ -42,8 +42,9 @@ class ObservableObjectPublisher {
     // subscription. One that subscribes during an announcement hears the next.
     Subscription sink(std::function<void()> observer);
 
-    // Announces a coming change. Called before the new value is stored.
-    void send();
+    // Announces a coming change. Called before the new value is stored. False when an observer has
+    // destroyed the publisher: there is nothing left to store the value in.
+    bool send();
 
   private:
     std::shared_ptr<Observers> observers;
@@ -69,8 +70,9 @@ class Published {
     ~Published() = default;
 
     Published& operator=(T newValue) {
-        owner.objectWillChange.send();
-        value = std::move(newValue);
+        if (owner.objectWillChange.send()) {
+            value = std::move(newValue);
+        }
         return *this;
     }
 

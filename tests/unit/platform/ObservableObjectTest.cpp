@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -103,6 +104,20 @@ TEST(ObservableObject, movingASubscriptionKeepsItAlive) {
     }
     person.age = 1;
     EXPECT_EQ(announcements, 1);
+}
+
+TEST(ObservableObject, anAssignmentWhoseObserverDestroysTheObjectStoresNothing) {
+    auto person = std::make_unique<Person>();
+    const auto subscription = person->objectWillChange.sink([&] { person.reset(); });
+    person->name = std::string(1000, 'x');  // an address sanitizer sees it stored in nothing
+    EXPECT_EQ(person, nullptr);
+}
+
+TEST(ObservableObject, theAnnouncementTellsWhetherItsPublisherIsStillThere) {
+    auto publisher = std::make_unique<ObservableObjectPublisher>();
+    EXPECT_TRUE(publisher->send());
+    const auto subscription = publisher->sink([&] { publisher.reset(); });
+    EXPECT_FALSE(publisher->send());
 }
 
 }  // namespace
