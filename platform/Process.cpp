@@ -36,23 +36,9 @@ bool isFolder(const std::string& path) {
 // and no descriptor but 0, 1 and 2.
 class SpawnAttributes {
   public:
-    // `output` becomes the child's descriptors 1 and 2.
-    explicit SpawnAttributes(int output) {
-        ::posix_spawn_file_actions_init(&actions);
-        ::posix_spawn_file_actions_adddup2(&actions, output, 1);
-        ::posix_spawn_file_actions_adddup2(&actions, output, 2);
-        keepStandardDescriptorsOnly(actions);
-
-        ::posix_spawnattr_init(&attributes_);
-        ::posix_spawnattr_setflags(
-            &attributes_, static_cast<short>(POSIX_SPAWN_SETPGROUP | POSIX_SPAWN_SETSIGMASK |
-                                             POSIX_SPAWN_SETSIGDEF | systemSpawnFlags()));
-        ::posix_spawnattr_setpgroup(&attributes_, 0);
-        sigset_t signals;
-        sigemptyset(&signals);
-        ::posix_spawnattr_setsigmask(&attributes_, &signals);
-        sigfillset(&signals);
-        ::posix_spawnattr_setsigdefault(&attributes_, &signals);
+    SpawnAttributes() {
+        keep(::posix_spawn_file_actions_init(&actions));
+        keep(::posix_spawnattr_init(&attributes_));
     }
     SpawnAttributes(const SpawnAttributes&) = delete;
     SpawnAttributes& operator=(const SpawnAttributes&) = delete;
@@ -61,12 +47,32 @@ class SpawnAttributes {
         ::posix_spawn_file_actions_destroy(&actions);
     }
 
+    // `output` becomes the child's descriptors 1 and 2. Returns 0 or the first error's number.
+    int set(int output) {
+        keep(::posix_spawn_file_actions_adddup2(&actions, output, STDOUT_FILENO));
+        keep(::posix_spawn_file_actions_adddup2(&actions, output, STDERR_FILENO));
+        keep(keepStandardDescriptorsOnly(actions));
+        keep(::posix_spawnattr_setflags(
+            &attributes_, static_cast<short>(POSIX_SPAWN_SETPGROUP | POSIX_SPAWN_SETSIGMASK |
+                                             POSIX_SPAWN_SETSIGDEF | systemSpawnFlags())));
+        keep(::posix_spawnattr_setpgroup(&attributes_, 0));
+        sigset_t signals;
+        sigemptyset(&signals);
+        keep(::posix_spawnattr_setsigmask(&attributes_, &signals));
+        sigfillset(&signals);
+        keep(::posix_spawnattr_setsigdefault(&attributes_, &signals));
+        return error;
+    }
+
     const posix_spawn_file_actions_t* fileActions() const { return &actions; }
     const posix_spawnattr_t* attributes() const { return &attributes_; }
 
   private:
+    void keep(int number) { error = error != 0 ? error : number; }
+
     posix_spawn_file_actions_t actions{};
     posix_spawnattr_t attributes_{};
+    int error = 0;
 };
 
 // The child as its waiter and its handle share it. Its number is its own until it is reaped, and
@@ -121,7 +127,12 @@ int waitForTheEnd(Child& child) {
     const std::lock_guard lock(child.mutex);
     child.phase = Child::Phase::ended;
     int status = 0;
-    while (::waitpid(child.identifier, &status, 0) < 0 && errno == EINTR) {
+    pid_t reaped = 0;
+    do {
+        reaped = ::waitpid(child.identifier, &status, 0);
+    } while (reaped < 0 && errno == EINTR);
+    if (reaped != child.identifier) {
+        return Process::unknownStatus;
     }
     return WIFSIGNALED(status) ? WTERMSIG(status) : WEXITSTATUS(status);
 }
@@ -193,7 +204,10 @@ class PosixProcess final : public Process {
         std::vector<std::string> texts = arguments;
         texts.insert(texts.begin(), executablePath);
         const std::vector<char*> argv = execVector(texts);
-        const SpawnAttributes how(output);
+        SpawnAttributes how;
+        if (const int error = how.set(output)) {
+            return error;
+        }
         return ::posix_spawn(&identifier, executablePath.c_str(), how.fileActions(),
                              how.attributes(), argv.data(), environ);
     }

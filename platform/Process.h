@@ -36,8 +36,10 @@ class Process {
   public:
     // What one read of at most 64 KiB gave. Empty once, at the end of the output.
     using ReadabilityHandler = std::function<void(std::string_view chunk)>;
-    // The exit code, or the number of the signal that ended the child.
+    // The exit code, or the number of the signal that ended the child, or unknownStatus.
     using TerminationHandler = std::function<void(int status)>;
+    // When the system does not tell, since somebody else in this program has asked it before.
+    static constexpr int unknownStatus = -1;
 
     Process() = default;
     Process(const Process&) = delete;

@@ -1,7 +1,9 @@
 #include "platform/Process.h"
 
+#include <dlfcn.h>
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <spawn.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -10,12 +12,52 @@
 #include <csignal>
 #include <filesystem>
 #include <sstream>
+#include <string_view>
 #include <thread>
 
 #include "platform/Descriptor.h"
 #include "tests/support/Box.h"
 #include "tests/support/Descriptors.h"
 #include "tests/support/TemporaryFolder.h"
+
+namespace {
+
+// The name of the C library's function that has no memory left.
+const char* failing = nullptr;
+
+// What takes the place of the C library's function of that name.
+template <typename Function, typename... Arguments>
+int unlessFailing(const char* name, Function, Arguments... arguments) {
+    if (failing != nullptr && std::string_view(failing) == name) {
+        return ENOMEM;
+    }
+    return reinterpret_cast<Function>(::dlsym(RTLD_NEXT, name))(arguments...);
+}
+
+}  // namespace
+
+extern "C" {
+int posix_spawn_file_actions_adddup2(posix_spawn_file_actions_t* actions, int from,
+                                     int to) noexcept {
+    return unlessFailing(__func__, &posix_spawn_file_actions_adddup2, actions, from, to);
+}
+int posix_spawn_file_actions_addclosefrom_np(posix_spawn_file_actions_t* actions,
+                                             int from) noexcept {
+    return unlessFailing(__func__, &posix_spawn_file_actions_addclosefrom_np, actions, from);
+}
+int posix_spawnattr_setflags(posix_spawnattr_t* attributes, short flags) noexcept {
+    return unlessFailing(__func__, &posix_spawnattr_setflags, attributes, flags);
+}
+int posix_spawnattr_setpgroup(posix_spawnattr_t* attributes, pid_t group) noexcept {
+    return unlessFailing(__func__, &posix_spawnattr_setpgroup, attributes, group);
+}
+int posix_spawnattr_setsigmask(posix_spawnattr_t* attributes, const sigset_t* set) noexcept {
+    return unlessFailing(__func__, &posix_spawnattr_setsigmask, attributes, set);
+}
+int posix_spawnattr_setsigdefault(posix_spawnattr_t* attributes, const sigset_t* set) noexcept {
+    return unlessFailing(__func__, &posix_spawnattr_setsigdefault, attributes, set);
+}
+}
 
 namespace bonkora::platform {
 namespace {
@@ -287,6 +329,48 @@ TEST(Process, manyAtOnceAllComeToTheirEnd) {
         EXPECT_EQ(shells[static_cast<std::size_t>(number)]->output(),
                   std::to_string(number) + "\n");
         EXPECT_EQ(shells[static_cast<std::size_t>(number)]->status(), number);
+    }
+}
+
+TEST(Process, theChildInheritsStandardInputWorkingDirectoryAndEnvironment) {
+    const test::TemporaryFolder folder;
+    const UniqueDescriptor input(::open(folder.write("input", "from outside\n").c_str(), O_RDONLY));
+    const UniqueDescriptor saved(::dup(STDIN_FILENO));
+    const auto before = std::filesystem::current_path();
+    ::dup2(input.get(), STDIN_FILENO);
+    std::filesystem::current_path(folder.path());
+    ::setenv("BONKORA_TEST", "told", 1);
+    Shell shell("cat; pwd -P; echo $BONKORA_TEST");
+    const auto started = shell.process->run();
+    ::unsetenv("BONKORA_TEST");
+    std::filesystem::current_path(before);
+    ::dup2(saved.get(), STDIN_FILENO);
+    ASSERT_TRUE(started);
+    EXPECT_EQ(shell.output(),
+              "from outside\n" + std::filesystem::canonical(folder.path()).string() + "\ntold\n");
+}
+
+TEST(Process, anEndThatTheSystemDoesNotTellIsNotTakenForSuccess) {
+    const auto before = ::signal(SIGCHLD, SIG_IGN);  // from now on nobody asks, and nothing is kept
+    Shell shell("exit 0");
+    const auto started = shell.process->run();
+    EXPECT_TRUE(started);
+    EXPECT_EQ(shell.status(), Process::unknownStatus);
+    EXPECT_FALSE(shell.process->isRunning());
+    ::signal(SIGCHLD, before);
+}
+
+TEST(Process, whatCannotBeSaidAboutTheChildFailsTheStart) {
+    for (const char* const function :
+         {"posix_spawn_file_actions_adddup2", "posix_spawn_file_actions_addclosefrom_np",
+          "posix_spawnattr_setflags", "posix_spawnattr_setpgroup", "posix_spawnattr_setsigmask",
+          "posix_spawnattr_setsigdefault"}) {
+        failing = function;
+        Shell shell("exit 0");
+        const auto started = shell.process->run();
+        failing = nullptr;
+        ASSERT_FALSE(started) << function;
+        EXPECT_EQ(started.error().code, ENOMEM);
     }
 }
 
