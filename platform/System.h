@@ -16,10 +16,11 @@ std::optional<std::string> currentExecutablePath();
 // exist.
 std::string temporaryDirectory();
 
-// The privileged runner to launch. On macOS always /usr/bin/osascript. Elsewhere that same path
-// when a file is there, and otherwise Contents/Helpers/osascript of the application folder that
-// holds `executablePath` (the running program's). Asked anew at every launch.
-std::string runnerPath(const std::optional<std::string>& executablePath);
+// The privileged runner to launch. On macOS always `systemRunner`. Elsewhere that same path when a
+// file is there, and otherwise Contents/Helpers/osascript of the application folder that holds
+// `executablePath` (the running program's). Asked anew at every launch.
+std::string runnerPath(const std::optional<std::string>& executablePath,
+                       const std::string& systemRunner = "/usr/bin/osascript");
 
 // pipe(2), both ends closed on exec.
 bool makePipe(int (&ends)[2]);

@@ -35,8 +35,8 @@ std::string temporaryDirectory() {
     return "/tmp/";
 }
 
-std::string runnerPath(const std::optional<std::string>& executablePath) {
-    constexpr const char* systemRunner = "/usr/bin/osascript";
+std::string runnerPath(const std::optional<std::string>& executablePath,
+                       const std::string& systemRunner) {
     if (!executablePath || fileExists(systemRunner)) {
         return systemRunner;
     }

@@ -34,8 +34,8 @@ std::string temporaryDirectory() {
     return path + '/';
 }
 
-std::string runnerPath(const std::optional<std::string>&) {
-    return "/usr/bin/osascript";
+std::string runnerPath(const std::optional<std::string>&, const std::string& systemRunner) {
+    return systemRunner;
 }
 
 // There is no pipe2. The spawn flag below keeps both ends from a child that is started in between.

@@ -5,6 +5,8 @@
 #include <cstdlib>
 #include <filesystem>
 
+#include "tests/support/TemporaryFolder.h"
+
 namespace bonkora::platform {
 namespace {
 
@@ -59,6 +61,18 @@ TEST(Runner, theRunnerIsTheBundlesOwnWhereTheSystemHasNone) {
     EXPECT_EQ(runnerPath("/opt/Bonkora.app/Contents/MacOS/bonkora"),
               "/opt/Bonkora.app/Contents/Helpers/osascript");
     EXPECT_EQ(runnerPath(std::nullopt), "/usr/bin/osascript");
+}
+
+TEST(Runner, theSystemsOwnIsTakenWhereItHasOne) {
+    const test::TemporaryFolder folder;
+    const auto path = folder / "osascript";
+    const std::string executable = "/opt/Bonkora.app/Contents/MacOS/bonkora";
+    const std::string ours = "/opt/Bonkora.app/Contents/Helpers/osascript";
+    EXPECT_EQ(runnerPath(executable, path), ours);
+    folder.write("osascript", "");
+    EXPECT_EQ(runnerPath(executable, path), path);
+    std::filesystem::remove(path);
+    EXPECT_EQ(runnerPath(executable, path), ours);  // asked anew
 }
 
 #endif
