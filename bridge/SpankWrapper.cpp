@@ -18,6 +18,11 @@ constexpr auto pauseBeforeTermination = 500ms;
 constexpr auto pauseBeforeNewStart = 1000ms;
 constexpr auto launcherScriptLife = 2000ms;
 
+// Of one runner's output, in bytes: a runner that writes faster waits. Each chunk costs some more
+// than its text.
+constexpr std::size_t backlogCapacity = std::size_t{4} << 20U;
+constexpr std::size_t chunkOverhead = 128;
+
 constexpr mode_t launcherPermissions = 0755;
 constexpr mode_t pipePermissions = 0644;
 
@@ -39,9 +44,18 @@ std::shared_ptr<SpankWrapper> SpankWrapper::create(platform::Platform platform) 
 SpankWrapper::SpankWrapper(Key, platform::Platform thePlatform)
     : platform(std::move(thePlatform)) {}
 
-SpankWrapper::~SpankWrapper() = default;
+SpankWrapper::~SpankWrapper() {
+    for (const auto& weakBacklog : backlogs) {
+        if (const auto backlog = weakBacklog.lock()) {
+            backlog->close();
+        }
+    }
+}
 
+// The operations hold the controller for their own length: an observer of one of their assignments
+// may let it go.
 void SpankWrapper::start() {
+    const auto self = shared_from_this();
     if (isRunning) {
         return;
     }
@@ -116,12 +130,16 @@ std::shared_ptr<platform::Process> SpankWrapper::makeRunner(const std::string& c
 }
 
 void SpankWrapper::readOutputOf(platform::Process& runner) {
-    runner.readabilityHandler = [weakSelf = weak_from_this(),
-                                 queue = platform.mainQueue](std::string_view chunk) {
-        if (chunk.empty() || !platform::isValidUtf8(chunk)) {
+    const auto backlog = std::make_shared<platform::Backlog>(backlogCapacity);
+    std::erase_if(backlogs, [](const auto& other) { return other.expired(); });
+    backlogs.push_back(backlog);
+    runner.readabilityHandler = [weakSelf = weak_from_this(), queue = platform.mainQueue,
+                                 backlog](std::string_view chunk) {
+        if (chunk.empty() || weakSelf.expired() || !platform::isValidUtf8(chunk)) {
             return;
         }
-        queue->async([weakSelf, text = std::string(chunk)] {
+        queue->async([weakSelf, text = std::string(chunk),
+                      share = backlog->add(chunk.size() + chunkOverhead)] {
             unlessGone(weakSelf, [&](SpankWrapper& self) { self.parseOutput(text); });
         });
     };
@@ -225,7 +243,6 @@ void SpankWrapper::handleJSON(const DetectorEvent& event, std::string_view line)
 
 void SpankWrapper::countSlap() {
     if (slapCount == std::numeric_limits<std::int64_t>::max()) {
-        platform.console->flush();
         platform::fatalError("the slap count overflows");
     }
     slapCount = slapCount + 1;
@@ -258,6 +275,7 @@ void SpankWrapper::restart() {
 }
 
 void SpankWrapper::switchMode(Mode mode) {
+    const auto self = shared_from_this();
     if (!isRunning) {
         currentMode = mode;
         return;

@@ -89,6 +89,8 @@ class SpankWrapper final : public platform::ObservableObject,
     std::optional<platform::Pipe> stdinPipe;
     const std::string spankBinaryName{"spank"};
     std::string outputBuffer;
+    // Of every runner whose output is still read.
+    std::vector<std::weak_ptr<platform::Backlog>> backlogs;
 
     const platform::Platform platform;
 };

@@ -64,4 +64,23 @@ std::shared_ptr<GlobalQueue> GlobalQueue::real() {
     return std::make_shared<RealGlobalQueue>();
 }
 
+Backlog::Share Backlog::add(std::size_t size) {
+    std::unique_lock lock(mutex);
+    changed.wait(lock, [&] { return isClosed || used == 0 || used + size <= capacity; });
+    used += size;
+    return {nullptr, [self = shared_from_this(), size](void*) { self->remove(size); }};
+}
+
+void Backlog::remove(std::size_t size) {
+    const std::lock_guard lock(mutex);
+    used -= size;
+    changed.notify_all();
+}
+
+void Backlog::close() {
+    const std::lock_guard lock(mutex);
+    isClosed = true;
+    changed.notify_all();
+}
+
 }  // namespace bonkora::platform

@@ -34,6 +34,12 @@ class Box {
         return *value;
     }
 
+    // For claims that nothing comes yet.
+    bool isFilledWithin(std::chrono::milliseconds patience) {
+        std::unique_lock lock(mutex);
+        return filled.wait_for(lock, patience, [this] { return value.has_value(); });
+    }
+
   private:
     std::mutex mutex;
     std::condition_variable filled;

@@ -5,6 +5,7 @@
 
 #include <csignal>
 #include <filesystem>
+#include <thread>
 
 #include "tests/support/TestPlatform.h"
 
@@ -163,6 +164,45 @@ TEST_F(RealRunner, aMillionBytesOfRubbishHarmNothing) {
     EXPECT_GE(wrapper->slapCount, 1);
     wrapper->stop();
     system.time->advance(500ms);
+    EXPECT_TRUE(untilEnded());
+}
+
+// Thirty MB of slaps, written as fast as can be; then the file "done".
+constexpr int manySlaps = 1'000'000;
+const std::string slapsWithoutPause =
+    R"(yes '{"type":"slap","amplitude":0.5}' | head -n )" + std::to_string(manySlaps) + "; : > ";
+
+TEST_F(RealRunner, thatWritesFasterThanItIsReadHasToWaitAndLosesNothing) {
+    runScript(slapsWithoutPause + (system.folder / "done") + "; exit 3");
+    // Nothing is dealt with yet: what waits grows to its bound, and no further.
+    const auto deadline = std::chrono::steady_clock::now() + 10s;
+    std::size_t before = 0;
+    do {
+        before = system.time->pending();
+        std::this_thread::sleep_for(50ms);
+    } while ((system.time->pending() != before || before < 60) &&
+             std::chrono::steady_clock::now() < deadline);
+    EXPECT_FALSE(std::filesystem::exists(system.folder / "done"));
+    EXPECT_GE(before, 60U);
+    EXPECT_TRUE(until([&] { return wrapper->slapCount == manySlaps; }));
+    EXPECT_TRUE(until([&] { return !wrapper->isRunning; }));
+    EXPECT_EQ(wrapper->statusMessage, "Error (code: 3)");
+    EXPECT_TRUE(std::filesystem::exists(system.folder / "done"));
+}
+
+TEST_F(RealRunner, thatHasToWaitGoesOnWhenTheControllerGoes) {
+    runScript(slapsWithoutPause + (system.folder / "done"));
+    while (system.time->pending() < 60) {
+        std::this_thread::yield();
+    }
+    wrapper.reset();  // though nobody deals with what waits
+    const auto deadline = std::chrono::steady_clock::now() + 10s;
+    while (!std::filesystem::exists(system.folder / "done") &&
+           std::chrono::steady_clock::now() < deadline) {
+        std::this_thread::yield();
+    }
+    EXPECT_TRUE(std::filesystem::exists(system.folder / "done"));
+    EXPECT_LT(system.time->pending(), 200U);
     EXPECT_TRUE(untilEnded());
 }
 

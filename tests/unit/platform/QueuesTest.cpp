@@ -52,5 +52,69 @@ TEST(GlobalQueue, itsTasksOutliveIt) {
     done.take();
 }
 
+// Adds on a thread of its own, which may have to wait.
+class Adding {
+  public:
+    Adding(const std::shared_ptr<Backlog>& backlog, std::size_t size)
+        : thread([this, backlog, size] { added.put(backlog->add(size)); }) {}
+    ~Adding() { thread.join(); }
+    Backlog::Share share() { return added.take(); }
+    bool hasAdded(std::chrono::milliseconds patience) { return added.isFilledWithin(patience); }
+
+  private:
+    test::Box<Backlog::Share> added;
+    std::thread thread;
+};
+
+TEST(Backlog, whoAddsBeyondItsCapacityWaitsUntilSomethingIsDone) {
+    const auto backlog = std::make_shared<Backlog>(10);
+    auto first = backlog->add(6);
+    auto second = backlog->add(4);
+    Adding third(backlog, 5);
+    second.reset();  // four are not enough
+    EXPECT_FALSE(third.hasAdded(20ms));
+    first.reset();
+    third.share();
+}
+
+TEST(Backlog, isFullWhenItsCapacityIsReachedAndNotBefore) {
+    const auto backlog = std::make_shared<Backlog>(10);
+    const auto first = backlog->add(6);
+    auto second = backlog->add(4);
+    Adding third(backlog, 1);
+    EXPECT_FALSE(third.hasAdded(20ms));
+    second.reset();
+    third.share();
+}
+
+TEST(Backlog, aShareIsGivenBackWithItsLastHolder) {
+    const auto backlog = std::make_shared<Backlog>(10);
+    auto share = backlog->add(10);
+    auto copy = share;
+    share.reset();
+    Adding next(backlog, 1);
+    copy.reset();
+    EXPECT_EQ(next.share().use_count(), 1);
+}
+
+TEST(Backlog, whereNothingWaitsEverythingFits) {
+    const auto backlog = std::make_shared<Backlog>(10);
+    const auto share = backlog->add(1000);
+}
+
+TEST(Backlog, closingEndsEveryWaitForGood) {
+    const auto backlog = std::make_shared<Backlog>(10);
+    const auto all = backlog->add(10);
+    Adding waiting(backlog, 1);
+    backlog->close();
+    const auto late = waiting.share();
+    const auto later = backlog->add(1000);
+}
+
+TEST(Backlog, itsSharesOutliveIt) {
+    auto share = std::make_shared<Backlog>(10)->add(3);
+    share.reset();
+}
+
 }  // namespace
 }  // namespace bonkora::platform
