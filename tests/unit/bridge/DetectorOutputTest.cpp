@@ -109,6 +109,17 @@ TEST_F(Output, anUnknownEventIsPrintedAsItCame) {
     EXPECT_EQ(wrapper->slapCount, 0);
 }
 
+TEST_F(Output, typesAreComparedWithTheirCase) {
+    wrapper->statusMessage = "as before";
+    for (const std::string type : {"Slap", "SLAP", "Hit", "HIT", "Ready", "READY", "Error"}) {
+        const std::string line = R"({"type":")" + type + R"(","amplitude":0.5,"message":"text"})";
+        EXPECT_EQ(feed(line + '\n'), Lines{"📋 spank event: " + line});
+    }
+    EXPECT_EQ(wrapper->slapCount, 0);
+    EXPECT_EQ(wrapper->lastAmplitude, 0.0);
+    EXPECT_EQ(wrapper->statusMessage, "as before");
+}
+
 TEST_F(Output, anObjectWithoutATextTypeIsIgnoredSilently) {
     EXPECT_EQ(feed("{}\n{\"kind\":\"slap\"}\n{\"type\":1}\n{\"type\":null}\n"), Lines{});
     EXPECT_EQ(feed("{\"data\":{\"type\":\"slap\"}}\n"), Lines{});

@@ -100,12 +100,29 @@ TEST_F(Locator, neitherExecutableNorArgumentsIsAFatalError) {
     EXPECT_DEATH(candidatePaths({std::nullopt, {}}), "Fatal error: the process has no arguments");
 }
 
-TEST_F(Locator, everyStartSearchesAnew) {
-    const auto first = folder.write("App/Contents/Resources/spank", "");
-    const auto second = folder.write("App/Contents/MacOS/spank", "");
-    EXPECT_EQ(foundBy(system, bundle), "🔧 Found spank at: " + first);
-    std::filesystem::remove(first);
-    EXPECT_EQ(foundBy(system, bundle), "🔧 Found spank at: " + second);
+TEST_F(Locator, everyStartOfOneControllerSearchesAnew) {
+    const auto resource = folder.write("App/Contents/Resources/spank", "");
+    const auto beside = folder.write("App/Contents/MacOS/spank", "");
+    platform::Platform platform = system.value();
+    platform.bundle = bundle;
+    const auto wrapper = SpankWrapper::create(platform);
+    const auto foundByAStart = [&] {
+        system.console->take();
+        wrapper->start();
+        wrapper->isRunning = false;
+        return system.console->take().front();
+    };
+    EXPECT_EQ(foundByAStart(), "🔧 Found spank at: " + resource);
+    std::filesystem::remove(resource);
+    EXPECT_EQ(foundByAStart(), "🔧 Found spank at: " + beside);
+    std::filesystem::remove(beside);
+    EXPECT_EQ(foundByAStart(), "❌ Could not find spank binary");
+    folder.write("App/Contents/MacOS/spank", "");
+    EXPECT_EQ(foundByAStart(), "🔧 Found spank at: " + beside);
+    folder.write("App/Contents/Resources/spank", "");  // a better copy comes
+    EXPECT_EQ(foundByAStart(), "🔧 Found spank at: " + resource);
+    folder.write("App/Resources/spank", "");  // and the best
+    EXPECT_EQ(foundByAStart(), "🔧 Found spank at: " + development);
 }
 
 }  // namespace

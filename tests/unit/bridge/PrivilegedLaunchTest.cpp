@@ -49,6 +49,27 @@ TEST_F(PrivilegedLaunch, makesTwoNamedPipesAsTheCreationMaskAllows) {
     }
 }
 
+TEST_F(PrivilegedLaunch, nobodyElseMayWriteToTheNamedPipesWhateverTheCreationMask) {
+    const mode_t mask = ::umask(0);
+    wrapper->start();
+    ::umask(mask);
+    EXPECT_EQ(permissionsOf(outputPipe), 0644U);
+    EXPECT_EQ(permissionsOf(inputPipe), 0644U);
+    EXPECT_EQ(permissionsOf(script), 0755U);
+}
+
+TEST_F(PrivilegedLaunch, deletesTheScriptOnTheGlobalQueueWhateverTheMainOneDoes) {
+    const auto globalTime = std::make_shared<test::VirtualTime>();
+    platform::Platform platform = system.value();
+    platform.globalQueue = std::make_shared<test::ManualGlobalQueue>(globalTime);
+    wrapper = SpankWrapper::create(platform);
+    wrapper->start();
+    system.time->advance(10s);
+    EXPECT_TRUE(std::filesystem::exists(script));
+    globalTime->advance(2000ms);
+    EXPECT_FALSE(std::filesystem::exists(script));
+}
+
 TEST_F(PrivilegedLaunch, deletesTheScriptTwoSecondsLaterAndKeepsThePipes) {
     wrapper->start();
     system.time->advance(1999ms);
@@ -201,6 +222,38 @@ TEST_F(PrivilegedLaunch, anObserverMayLetTheControllerGoInTheMiddleOfAReport) {
     system.time->runDue();
     EXPECT_EQ(wrapper, nullptr);
     EXPECT_EQ(system.console->lines().back(), "⏹ Spank process ended with code: 0");
+}
+
+TEST_F(PrivilegedLaunch, anObserverMayLetTheControllerGoInTheMiddleOfAnyOperation) {
+    // At each of the announcements that the operation makes.
+    const auto survives = [&](const auto& operation, bool isRunning) {
+        int announcements = 1;
+        for (int last = 1; last <= announcements; ++last) {
+            wrapper = system.makeController();
+            wrapper->isRunning = isRunning;
+            announcements = 0;
+            const auto subscription = wrapper->objectWillChange.sink([&] {
+                if (++announcements == last) {
+                    wrapper.reset();
+                }
+            });
+            operation(*wrapper);
+            EXPECT_EQ(wrapper, nullptr);
+        }
+    };
+    survives([](SpankWrapper& one) { one.start(); }, false);
+    survives([](SpankWrapper& one) { one.switchMode(Mode::halo); }, false);
+    survives([](SpankWrapper& one) { one.switchMode(Mode::halo); }, true);
+    survives([](SpankWrapper& one) { one.customSoundPath = "/a folder"; }, false);
+    std::filesystem::remove(system.detector);
+    survives([](SpankWrapper& one) { one.start(); }, false);
+}
+
+TEST_F(PrivilegedLaunch, anEndOfUnknownStatusIsNotShownAsAStop) {
+    wrapper->start();
+    runner().end(platform::Process::unknownStatus);
+    system.time->runDue();
+    EXPECT_EQ(wrapper->statusMessage, "Error (code: -1)");
 }
 
 TEST_F(PrivilegedLaunch, outputReachesTheControllerThroughTheMainQueue) {

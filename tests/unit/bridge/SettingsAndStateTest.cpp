@@ -9,21 +9,25 @@ using namespace std::chrono_literals;
 
 class SettingsAndState : public testing::Test {
   protected:
+    void expectInitialValues() const {
+        EXPECT_FALSE(wrapper->isRunning);
+        EXPECT_EQ(wrapper->currentMode, Mode::pain);
+        EXPECT_EQ(wrapper->slapCount, 0);
+        EXPECT_EQ(wrapper->lastAmplitude, 0.0);
+        EXPECT_EQ(wrapper->statusMessage, "Ready");
+        EXPECT_TRUE(wrapper->volumeScaling);
+        EXPECT_FALSE(wrapper->fastMode);
+        EXPECT_EQ(wrapper->cooldownMs, 750);
+        EXPECT_EQ(wrapper->minAmplitude, 0.05);
+        EXPECT_EQ(wrapper->customSoundPath, "");
+    }
+
     test::TestPlatform system;
     std::shared_ptr<SpankWrapper> wrapper = system.makeController();
 };
 
 TEST_F(SettingsAndState, aNewControllerHasItsInitialValues) {
-    EXPECT_FALSE(wrapper->isRunning);
-    EXPECT_EQ(wrapper->currentMode, Mode::pain);
-    EXPECT_EQ(wrapper->slapCount, 0);
-    EXPECT_EQ(wrapper->lastAmplitude, 0.0);
-    EXPECT_EQ(wrapper->statusMessage, "Ready");
-    EXPECT_TRUE(wrapper->volumeScaling);
-    EXPECT_FALSE(wrapper->fastMode);
-    EXPECT_EQ(wrapper->cooldownMs, 750);
-    EXPECT_EQ(wrapper->minAmplitude, 0.05);
-    EXPECT_EQ(wrapper->customSoundPath, "");
+    expectInitialValues();
 }
 
 TEST_F(SettingsAndState, aNewControllerHasStartedNothing) {
@@ -80,13 +84,18 @@ TEST_F(SettingsAndState, countAndAmplitudeOutliveAStopAndANewStart) {
 }
 
 TEST_F(SettingsAndState, aNewControllerKeepsNothingOfAnEarlierOne) {
+    wrapper->start();
     wrapper->currentMode = Mode::custom;
     wrapper->cooldownMs = 3000;
+    wrapper->minAmplitude = 0.5;
+    wrapper->volumeScaling = false;
+    wrapper->fastMode = true;
     wrapper->customSoundPath = "/sounds";
+    wrapper->slapCount = 7;
+    wrapper->lastAmplitude = 1.5;
+    wrapper->statusMessage = "Error: no sensor";
     wrapper = system.makeController();
-    EXPECT_EQ(wrapper->currentMode, Mode::pain);
-    EXPECT_EQ(wrapper->cooldownMs, 750);
-    EXPECT_EQ(wrapper->customSoundPath, "");
+    expectInitialValues();
 }
 
 TEST_F(SettingsAndState, destroyingTheControllerTerminatesNothing) {
