@@ -4,6 +4,8 @@
 
 #include <string>
 
+#include "tests/support/CommaLocale.h"
+
 namespace bonkora::platform {
 namespace {
 
@@ -105,6 +107,15 @@ TEST(JsonReader, aNumberTooLargeForAnIntegerIsADouble) {
     const auto object = readJsonObject(R"({"a":123456789012345678901234567890})");
     ASSERT_TRUE(object);
     EXPECT_DOUBLE_EQ(std::get<double>(object->at("a")), 1.2345678901234568e29);
+}
+
+TEST(JsonReader, aNumberIsReadTheSameInALocaleWithAComma) {
+    const test::CommaLocale locale;
+    const auto object = readJsonObject(R"({"point":1.5,"exponent":25e-2})");
+    ASSERT_TRUE(object);
+    EXPECT_EQ(std::get<double>(object->at("point")), 1.5);
+    EXPECT_EQ(std::get<double>(object->at("exponent")), 0.25);
+    EXPECT_FALSE(readJsonObject(R"({"point":1,5})"));
 }
 
 }  // namespace

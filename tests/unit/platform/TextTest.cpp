@@ -7,6 +7,8 @@
 #include <limits>
 #include <string>
 
+#include "tests/support/CommaLocale.h"
+
 namespace bonkora::platform {
 namespace {
 
@@ -83,6 +85,15 @@ TEST(Text, numbersDoNotFollowTheLocale) {
     EXPECT_EQ(shortestDecimal(0.5), "0.5");
     EXPECT_EQ(decimal(-1234567), "-1234567");
     std::setlocale(LC_ALL, "C");
+}
+
+TEST(Text, numbersAreWrittenTheSameInALocaleWithACommaAndGroups) {
+    const test::CommaLocale locale;
+    EXPECT_EQ(fixedDecimal(0.05, 3), "0.050");
+    EXPECT_EQ(fixedDecimal(1234.5, 3), "1234.500");
+    EXPECT_EQ(shortestDecimal(0.42), "0.42");
+    EXPECT_EQ(shortestDecimal(1234567.5), "1234567.5");
+    EXPECT_EQ(decimal(1234567), "1234567");
 }
 
 }  // namespace
