@@ -1,5 +1,8 @@
 #include <QElapsedTimer>
 #include <QTest>
+#include <QTimer>
+#include <atomic>
+#include <functional>
 #include <thread>
 
 #include "app/QtMainQueue.h"
@@ -16,8 +19,7 @@ class MainQueueTest final : public QObject {
         bool hasRun = false;
         queue.async([&] { hasRun = true; });
         QVERIFY(!hasRun);
-        QCoreApplication::processEvents();
-        QVERIFY(hasRun);
+        QTRY_VERIFY(hasRun);
     }
 
     void tasksRunInTheOrderOfSubmission() {
@@ -61,6 +63,58 @@ class MainQueueTest final : public QObject {
         QTRY_COMPARE(ran.size(), std::size_t{2});
         other.join();
         QCOMPARE(ran, std::vector<std::thread::id>(2, std::this_thread::get_id()));
+    }
+
+    void tasksWithoutEndLeaveTimersAndOtherEventsTheirTurn() {
+        QtMainQueue queue;
+        const auto work = [] {
+            QElapsedTimer time;
+            time.start();
+            while (time.nsecsElapsed() < 500'000) {
+            }
+        };
+        // Each task brings forth the next, and another thread adds its own without pause.
+        std::function<void()> again = [&] {
+            work();
+            queue.async(again);
+        };
+        const auto backlog = std::make_shared<bonkora::platform::Backlog>(50);
+        std::atomic<bool> isOver = false;
+        std::thread other([&] {
+            while (!isOver) {
+                queue.async([&work, share = backlog->add(1)] { work(); });
+            }
+        });
+        again();
+        int events = 0;
+        QTimer::singleShot(0, this, [&] { ++events; });
+        QElapsedTimer time;
+        time.start();
+        qint64 elapsed = 0;
+        queue.asyncAfter(200ms, [&] {
+            elapsed = time.elapsed();
+            QMetaObject::invokeMethod(
+                this, [&] { ++events; }, Qt::QueuedConnection);
+        });
+        QTRY_COMPARE_WITH_TIMEOUT(events, 2, 5000);
+        isOver = true;
+        backlog->close();
+        other.join();
+        queue.close();
+        QVERIFY2(elapsed >= 200 && elapsed < 400, qPrintable(QString::number(elapsed)));
+    }
+
+    void aTaskMayCloseTheQueue() {
+        QtMainQueue queue;
+        int ran = 0;
+        queue.async([&] {
+            ++ran;
+            queue.close();
+        });
+        queue.async([&] { ++ran; });
+        QTRY_COMPARE(ran, 1);
+        QTest::qWait(20);
+        QCOMPARE(ran, 1);
     }
 
     void whatComesAfterTheEndOfTheLoopIsDropped() {

@@ -56,6 +56,19 @@ class SceneTest final : public QObject {
         QCOMPARE(scene.label().title, "Bonkora OFF");
     }
 
+    void theLabelStaysAtOffWhenTheLaunchFails() {
+        Panel panel;
+        BonkoraApp app([&] { return panel.controller; });
+        const auto scene = app.body();
+        panel.system.processes->nextFailure =
+            bonkora::platform::LaunchError{"NSCocoaErrorDomain", 4, "/x/osascript"};
+        panel.controller->start();
+        QCOMPARE(panel.launches(), std::size_t{1});
+        QCOMPARE(scene.label().title, "Bonkora OFF");
+        panel.controller->start();
+        QCOMPARE(scene.label().title, "Bonkora 0");
+    }
+
     void openingAndClosingThePanelKeepsTheControllerAndTheCount() {
         Panel panel;
         int made = 0;
