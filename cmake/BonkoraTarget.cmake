@@ -14,16 +14,32 @@ function(bonkora_target name)
     endif()
 endfunction()
 
+# What is shipped is hard to take over: it runs in part as root. Sanitizers have checks of their own.
+option(BONKORA_HARDENING "Harden the programs against attacks (the package and preset install do)" OFF)
+include(CheckCXXCompilerFlag)
+check_cxx_compiler_flag(-fcf-protection=full BONKORA_HAS_CF_PROTECTION)    # x86 only
+function(bonkora_harden name)
+    if(NOT BONKORA_HARDENING OR APPLE OR BONKORA_SANITIZE)
+        return()
+    endif()
+    target_compile_options(${name} PRIVATE -fstack-protector-strong -fstack-clash-protection
+        $<$<BOOL:${BONKORA_HAS_CF_PROTECTION}>:-fcf-protection=full>
+        $<$<CONFIG:Release,RelWithDebInfo>:-U_FORTIFY_SOURCE> $<$<CONFIG:Release,RelWithDebInfo>:-D_FORTIFY_SOURCE=3>)
+    target_link_options(${name} PRIVATE -Wl,-z,relro,-z,now)
+endfunction()
+
 # bonkora_library(NAME sources...): a static library of one room; the linker keeps the walls.
 function(bonkora_library name)
     add_library(${name} STATIC ${ARGN})
     bonkora_target(${name})
+    bonkora_harden(${name})
 endfunction()
 
 # bonkora_program(TARGET OUTPUT FOLDER sources...): a program inside the application folder.
 function(bonkora_program target output folder)
     add_executable(${target} ${ARGN})
     bonkora_target(${target})
+    bonkora_harden(${target})
     set_target_properties(${target} PROPERTIES
         OUTPUT_NAME ${output}
         RUNTIME_OUTPUT_DIRECTORY ${BONKORA_BUNDLE}/Contents/${folder})

@@ -8,6 +8,8 @@ namespaces of its own and on a layer in memory."""
 
 import os
 import pathlib
+import platform
+import re
 import shutil
 import subprocess
 import sys
@@ -20,6 +22,7 @@ from PolkitDesktop import NOBODY, enter, mountEmpty, skip  # noqa: E402
 SCRIPTS = HERE.parents[2] / "scripts"
 ROOT = pathlib.Path("/run/fresh")
 LAYERS = pathlib.Path("/run/layers")
+RELEASE = platform.freedesktop_os_release().get("VERSION_CODENAME", "")
 
 # What any package's coming and going changes, and what this test puts there itself.
 UNSTEADY = ("/dev", "/proc", "/tmp", "/run", "/var/cache", "/var/lib/apt", "/var/lib/dpkg",
@@ -50,16 +53,16 @@ def mirror():
         ["apt-get", "indextargets", "--format", "$(RELEASE) $(COMPONENT) $(SITE)"], text=True)
     for line in listed.splitlines():
         release, component, site = line.split(maxsplit=2)
-        if (release, component) == ("bookworm", "main"):
+        if (release, component) == (RELEASE, "main"):
             return site
-    skip("this machine has no mirror of Debian 12")
+    skip(f"this machine has no mirror of {RELEASE}")
 
 
 def makeBareSystem(base):
     if not base.is_dir():
         begun = base.with_suffix(".part")
         shutil.rmtree(begun, ignore_errors=True)
-        done = subprocess.run(["debootstrap", "--variant=minbase", "bookworm", begun, mirror()],
+        done = subprocess.run(["debootstrap", "--variant=minbase", RELEASE, begun, mirror()],
                               stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True)
         if done.returncode != 0:
             skip("no bare system: " + done.stdout[-300:])
@@ -91,6 +94,17 @@ def install(package):
     inside("apt-get", "install", "-qq", "--no-install-recommends", "/root/bonkora.deb",
            stdout=subprocess.DEVNULL)
     os.remove(ROOT / "root/bonkora.deb")
+
+
+def asEarlierVersion(package, folder):
+    """The same package, as it would have been called before."""
+    run("dpkg-deb", "--raw-extract", package, folder / "earlier")
+    control = folder / "earlier/DEBIAN/control"
+    control.write_text(re.sub("(?m)^Version: .*", "Version: 0.0.1", control.read_text()))
+    run("dpkg-deb", "--root-owner-group", "--build", folder / "earlier", folder / "earlier.deb",
+        stdout=subprocess.DEVNULL)
+    shutil.rmtree(folder / "earlier")
+    return folder / "earlier.deb"
 
 
 def files():
@@ -136,7 +150,7 @@ def check(holds, claim):
 
 def main():
     packages, build = (pathlib.Path(word).resolve() for word in sys.argv[1:3])
-    earlier, package = sorted(packages.glob("bonkora_*.deb"))
+    package, = packages.glob("bonkora_*.deb")
     if shutil.which("debootstrap", path=os.environ["PATH"] + ":/usr/sbin") is None:
         skip("debootstrap is not installed")
     makeBareSystem(build / "bare-debian")
@@ -144,6 +158,7 @@ def main():
         folder = pathlib.Path(name)
         folder.chmod(0o755)
         enterBareSystem(build / "bare-debian", build / "debian-packages", folder)
+        earlier = asEarlierVersion(package, folder)
 
         install(earlier)
         inside("dpkg", "--purge", "bonkora", stdout=subprocess.DEVNULL)

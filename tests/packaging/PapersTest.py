@@ -1,7 +1,10 @@
 """What the Debian package and an installation hold, by the judgement of the system's own checkers.
 Arguments: the folder of the packages, the build folder."""
 
+import email.utils
+import gzip
 import pathlib
+import re
 import subprocess
 import sys
 import tempfile
@@ -12,12 +15,13 @@ PACKAGES, BUILD = (pathlib.Path(word) for word in sys.argv[1:3])
 VERSION = next(line.rpartition("=")[2] for line in
                (BUILD / "CMakeCache.txt").read_text().splitlines()
                if line.startswith("CMAKE_PROJECT_VERSION:"))
+ROOT = pathlib.Path(__file__).resolve().parents[2]
 NAME = "org.bonkora.Bonkora"
 
 
 def run(*words):
     return subprocess.run([str(word) for word in words], text=True, capture_output=True,
-                          timeout=60)
+                          timeout=300)
 
 
 class Papers(unittest.TestCase):
@@ -33,7 +37,42 @@ class Papers(unittest.TestCase):
         self.assertEqual((done.returncode, done.stdout), (0, ""), done.stderr)
 
     def testLintianFindsNothing(self):
-        self.assertSilent("lintian", "--fail-on", "error,warning", self.package)
+        self.assertSilent("lintian", "--pedantic", "--display-info", "--fail-on",
+                          "error,warning,info,pedantic", self.package)
+
+    def testThePackageHasItsDebugSymbols(self):
+        self.assertTrue(list(PACKAGES.glob(f"bonkora-dbgsym_{VERSION}_*.*deb")))
+
+    def testWhatIsRecommendedNamesOnePackageFirst(self):
+        # apt takes the first; a name that many packages provide may bring a whole desktop.
+        recommends = run("dpkg-deb", "--field", self.package, "Recommends").stdout
+        for alternatives in recommends.split(","):
+            first = alternatives.split("|")[0].strip()
+            self.assertIn(f"Package: {first}\n", run("apt-cache", "show", first).stdout)
+
+    def testTheProgramsAreHardened(self):
+        contents = self.root / "usr/lib/Bonkora.app/Contents"
+        for program in ("MacOS/bonkora", "Resources/spank", "Helpers/osascript",
+                        "Helpers/bonkora-elevated"):
+            done = run("hardening-check", "--color", contents / program)
+            self.assertEqual(done.returncode, 0, done.stdout)
+
+    def testTheOtherDistributionsPapersNameTheSameVersion(self):
+        for file, line in (("arch/PKGBUILD", f"pkgver={VERSION}"),
+                           ("rpm/bonkora.rpmspec", f"Version:        {VERSION}")):
+            self.assertIn(line, (ROOT / "packaging" / file).read_text().splitlines())
+
+    def testVersionAndDateComeFromTheChangelog(self):
+        head, tail = [line for line in (ROOT / "debian/changelog").read_text().splitlines()
+                      if re.match("bonkora| -- ", line)][:2]
+        self.assertIn(f"({VERSION})", head)
+        date = email.utils.parsedate_to_datetime(tail.partition(">  ")[2])
+        metainfo = xml.parse(self.share / "metainfo" / f"{NAME}.metainfo.xml")
+        release = metainfo.find("releases/release")
+        self.assertEqual((release.get("version"), release.get("date")),
+                         (VERSION, f"{date:%Y-%m-%d}"))
+        page = gzip.decompress((self.share / "man/man1/bonkora.1.gz").read_bytes()).decode()
+        self.assertTrue(page.startswith(f".Dd {date:%B} {date.day}, {date.year}\n"))
 
     def testTheDesktopFilesAreValid(self):
         self.assertSilent("desktop-file-validate", self.share / "applications" / f"{NAME}.desktop",
