@@ -113,9 +113,4 @@ Impact addKnock(Segment& segment, double time, double force, Random& random) {
     return addBlow(segment, time, answer, force * random.even(0.8, 1.25), force, &random);
 }
 
-Impact addRecordedKnock(Segment& segment, double time, const std::vector<double>& sound,
-                        double gain, double degree) {
-    return addBlow(segment, time, sound, gain, degree, nullptr);
-}
-
 }  // namespace bonkora::bench

@@ -18,8 +18,4 @@ struct Impact {
 // in a handful of damped modes, no two blows the same. `force` 1 is about full scale or 1 g.
 Impact addKnock(Segment& segment, double time, double force, Random& random);
 
-// A recorded blow, at `gain`.
-Impact addRecordedKnock(Segment& segment, double time, const std::vector<double>& sound,
-                        double gain, double degree);
-
 }  // namespace bonkora::bench

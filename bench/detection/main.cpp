@@ -1,10 +1,9 @@
 // The detection benchmark: labelled signals through the detector, and what it made of them.
 //   detection-bench [--tuning] [--minutes N] [--microphone | --accelerometer]
-// The figures that count come without --tuning: other seeds and other recordings than those with
-// which the detection's figures were found.
+// --tuning: other seeds, to look at while the accelerometer's figures are being changed. Recordings
+// are scripts/train-ears judge's.
 #include <algorithm>
 #include <cstdio>
-#include <filesystem>
 #include <functional>
 #include <iostream>
 #include <string>
@@ -15,7 +14,6 @@
 #include "bench/detection/Figures.h"
 #include "bench/detection/Knocks.h"
 #include "detector/Number.h"
-#include "detector/sensing/Recording.h"
 #include "detector/synthesis/Sets.h"
 
 namespace bonkora::bench {
@@ -34,65 +32,6 @@ struct Choice {
     bool accelerometer = true;
     int minutes = 20;  // for each background
 };
-
-struct RecordedKnock {
-    std::string instrument;
-    double degree = 0.0;  // Softest 1 to Hardest 5
-    std::vector<double> sound;
-};
-
-std::vector<double> readSound(const std::string& path) {
-    const auto recording = detector::readRecording(path);
-    if (!recording) {
-        return {};
-    }
-    std::vector<double> sound;
-    for (const auto& frame : recording->frames) {
-        sound.push_back(static_cast<double>(frame[0]));
-    }
-    return resampled(sound, recording->rate, soundRate);
-}
-
-// Debian's hydrogen-data. Tuning and figures share no instrument.
-std::vector<RecordedKnock> readDrums(bool isTuning) {
-    const std::string kit = "/usr/share/hydrogen/data/drumkits/GMRockKit/";
-    const std::vector<std::string> instruments =
-        isTuning ? std::vector<std::string>{"Snare", "Tom1", "SideStick"}
-                 : std::vector<std::string>{"Kick", "Tom2", "TomFloor", "SnareRimshot"};
-    const std::vector<std::string> degrees{"Softest", "Soft", "Med", "Hard", "Hardest"};
-    std::vector<RecordedKnock> knocks;
-    for (const auto& instrument : instruments) {
-        for (std::size_t degree = 0; degree < degrees.size(); ++degree) {
-            auto sound = readSound(kit + instrument + "-" + degrees[degree] + ".wav");
-            if (!sound.empty()) {
-                knocks.push_back({instrument, static_cast<double>(degree + 1), std::move(sound)});
-            }
-        }
-    }
-    return knocks;
-}
-
-// Debian's asterisk-core-sounds-en-wav: every other file for tuning, the rest for the figures.
-std::vector<std::vector<double>> readSpeech(bool isTuning) {
-    std::vector<std::string> paths;
-    std::error_code error;
-    for (std::filesystem::recursive_directory_iterator entry{"/usr/share/asterisk/sounds", error},
-         end;
-         !error && entry != end; entry.increment(error)) {
-        if (entry->path().extension() == ".wav" &&
-            entry->path().string().find("tone") == std::string::npos) {
-            paths.push_back(entry->path());
-        }
-    }
-    std::sort(paths.begin(), paths.end());
-    std::vector<std::vector<double>> sounds;
-    for (std::size_t i = isTuning ? 0 : 1; i < paths.size(); i += 2) {
-        if (auto sound = readSound(paths[i]); !sound.empty()) {
-            sounds.push_back(std::move(sound));
-        }
-    }
-    return sounds;
-}
 
 std::vector<std::vector<double>> ownVoice() {
     std::vector<std::vector<double>> sounds;
@@ -127,13 +66,6 @@ Figures measure(SensorKind kind, double rate, const Background& background,
         figures.add(compare(impacts, knocks, segment, threshold));
     }
     return figures;
-}
-
-AddKnock drumming(const std::vector<RecordedKnock>& drums) {
-    return [&drums](Segment& segment, double time, Random& random) {
-        const auto& drum = drums[random.below(drums.size())];
-        return addRecordedKnock(segment, time, drum.sound, random.even(0.9, 1.0), drum.degree);
-    };
 }
 
 double percent(int part, int whole) {
@@ -180,12 +112,7 @@ Impact modelled(Segment& segment, double time, Random& random) {
 }
 
 void measureMicrophone(const Choice& choice, unsigned seed) {
-    auto backgrounds = microphoneBackgrounds();
-    if (auto speech = readSpeech(choice.isTuning); !speech.empty()) {
-        backgrounds.push_back(recorded("recorded speech", std::move(speech)));
-    } else {
-        std::printf("(no asterisk-core-sounds-en-wav installed: no recorded speech)\n");
-    }
+    const auto backgrounds = microphoneBackgrounds();
     auto withVoice = backgrounds;
     withVoice.push_back(recorded("its own voice", ownVoice()));
     printHeading("Microphone, 48000 Hz, nobody knocks");
@@ -194,23 +121,6 @@ void measureMicrophone(const Choice& choice, unsigned seed) {
     print(drummed.name, measure(SensorKind::microphone, soundRate, drummed, nullptr, choice, seed));
     printHeading("Microphone, 48000 Hz, modelled knocks");
     measureAll(SensorKind::microphone, soundRate, backgrounds, modelled, choice, seed + 100);
-
-    const auto drums = readDrums(choice.isTuning);
-    if (drums.empty()) {
-        std::printf("(no hydrogen-data installed: no recorded drums)\n");
-        return;
-    }
-    printHeading("Microphone, 48000 Hz, recorded drums as knocks");
-    measureAll(SensorKind::microphone, soundRate, backgrounds, drumming(drums), choice, seed + 200);
-    // Drums differ in loudness, so each is compared with itself alone.
-    printHeading("Each drum in a quiet room, rank: of its degrees, Softest to Hardest");
-    for (std::size_t i = 0; i + 5 <= drums.size(); i += 5) {
-        const auto first = drums.begin() + static_cast<std::ptrdiff_t>(i);
-        const std::vector<RecordedKnock> one(first, first + 5);
-        print(one.front().instrument,
-              measure(SensorKind::microphone, soundRate, backgrounds.front(), drumming(one), choice,
-                      seed + 250));
-    }
 }
 
 void measureAccelerometer(const Choice& choice, unsigned seed) {
