@@ -1,6 +1,8 @@
 // Filter: second-order Butterworth low-pass or high-pass for one signal. One thread.
 #pragma once
 
+#include <array>
+
 namespace bonkora::detector {
 
 class Filter {
@@ -22,6 +24,9 @@ class Filter {
         state2 = b2 * x - a2 * y;
         return static_cast<float>(y);
     }
+
+    // b0, b1, b2, a1, a2.
+    std::array<double, 5> coefficients() const { return {b0, b1, b2, a1, a2}; }
 
   private:
     double b0 = 1.0;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace bonkora::detector {
 
@@ -12,8 +13,6 @@ constexpr double settlingTime = 0.1;      // s; the surroundings are unknown bef
 constexpr double fastAmplitude = 0.7;     // of the minimum amplitude
 constexpr double loudestSurprise = 10.0;  // times the surroundings' energy: more is an event
 constexpr double echoPart = 0.7;          // of the fading hold that a new impact exceeds
-constexpr double usualAmplitude = 0.05;   // the strongest reference of a knock's evidence
-constexpr std::size_t clickBlocks = 4;    // at the beginning and at the end of the window
 
 std::uint64_t framesIn(std::chrono::milliseconds duration, double rate) {
     return static_cast<std::uint64_t>(
@@ -27,6 +26,14 @@ double square(float value) {
 }  // namespace
 
 KnockDetector::KnockDetector(SensorKind theKind, double theRate, const Sensitivity& sensitivity)
+    : KnockDetector(theKind, theRate, sensitivity,
+                    [network = Network{}](const Candidate& candidate) {
+                        return network(candidate.features) >
+                               thresholdAt(candidate.loudness, Network::quiet, Network::loud);
+                    }) {}
+
+KnockDetector::KnockDetector(SensorKind theKind, double theRate, const Sensitivity& sensitivity,
+                             Judge judge)
     : kind(theKind),
       rate(theRate),
       tuning(tuningFor(theKind, theRate)),
@@ -38,11 +45,12 @@ KnockDetector::KnockDetector(SensorKind theKind, double theRate, const Sensitivi
       riseBlocks(blocksIn(tuning.riseTime)),
       lookBackBlocks(blocksIn(tuning.lookBack)),
       lowPass(Filter::lowPass(tuning.lowPass, theRate)),
-      lowBand(Filter::lowPass(250.0, theRate)),
-      midBand{Filter::highPass(250.0, theRate), Filter::lowPass(1000.0, theRate)},
-      clickBand(Filter::highPass(1000.0, theRate)),
+      isKnock(std::move(judge)),
       settling(blocksIn(settlingTime)) {
     highPass.fill(Filter::highPass(tuning.highPass, rate));
+    if (kind == SensorKind::microphone) {
+        bands.emplace(rate, static_cast<double>(blockSize) / rate);
+    }
     history.resize(windowBlocks + riseBlocks + lookBackBlocks + 1);
 }
 
@@ -67,11 +75,9 @@ void KnockDetector::process(std::span<const Frame> frames, std::vector<Knock>& k
 void KnockDetector::filter(const Frame& frame) {
     double energy = 0.0;
     if (kind == SensorKind::microphone) {
-        const float sound = highPass[0](frame[0] - origin[0]);
-        energy = square(lowPass(sound));
-        block.low += square(lowBand(sound));
-        block.mid += square(midBand[1](midBand[0](sound)));
-        block.click += square(clickBand(sound));
+        const float sound = frame[0] - origin[0];
+        energy = square(lowPass(highPass[0](sound)));
+        bands->hear(sound);
     } else {
         for (std::size_t axis = 0; axis < frame.size(); ++axis) {
             energy += square(highPass[axis](frame[axis] - origin[axis]));
@@ -86,6 +92,9 @@ void KnockDetector::filter(const Frame& frame) {
 }
 
 void KnockDetector::endBlock(std::vector<Knock>& knocks) {
+    if (bands) {
+        bands->endBlock();
+    }
     block.begins = settling == 0 && beginsKnock(block);
     settling -= settling > 0 ? 1 : 0;
     remember(block);
@@ -106,35 +115,17 @@ bool KnockDetector::beginsKnock(const Block& now) const {
 
 void KnockDetector::judge(std::vector<Knock>& knocks) {
     const double peak = peakBetween(windowBlocks, 0);
-    const auto impact = past(windowBlocks).peakFrame;
-    if (impact < knownUntil || !isKnock(peak)) {
+    const Knock knock{past(windowBlocks).peakFrame, frameCount - 1, peak};
+    if (knock.frame < knownUntil ||
+        (bands && !isKnock({knock, bands->features(), bands->loudness()}))) {
         return;
     }
     heldPeak = peak;
     knownUntil = frameCount;
-    if (impact >= quietUntil) {
-        knocks.push_back({impact, frameCount - 1, peak});
-        quietUntil = impact + cooldownFrames;
+    if (knock.frame >= quietUntil) {
+        knocks.push_back(knock);
+        quietUntil = knock.frame + cooldownFrames;
     }
-}
-
-bool KnockDetector::isKnock(double peak) const {
-    if (kind == SensorKind::accelerometer) {
-        return true;
-    }
-    Evidence evidence;
-    evidence.peak = peak;
-    evidence.reference = std::min(minAmplitude, usualAmplitude);
-    evidence.before =
-        peakBetween(windowBlocks + riseBlocks + lookBackBlocks - 1, windowBlocks + riseBlocks);
-    for (std::size_t i = 0; i < clickBlocks; ++i) {
-        const Block& early = past(windowBlocks - i);
-        evidence.lowEnergy += early.low;
-        evidence.midEnergy += early.mid;
-        evidence.earlyClick += early.click;
-        evidence.lateClick += past(i).click;
-    }
-    return scoreOf(evidence) > 0.0;
 }
 
 void KnockDetector::remember(const Block& now) {

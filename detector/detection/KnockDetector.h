@@ -6,11 +6,15 @@
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
+#include <optional>
 #include <span>
 #include <vector>
 
 #include "detector/Signal.h"
+#include "detector/detection/Bands.h"
 #include "detector/detection/Filter.h"
+#include "detector/detection/Network.h"
 #include "detector/detection/Tuning.h"
 
 namespace bonkora::detector {
@@ -28,9 +32,20 @@ struct Knock {
     double amplitude = 0.0;
 };
 
+// What a microphone heard that may be a knock.
+struct Candidate {
+    Knock knock;
+    Bands::Features features;
+    double loudness = 0.0;  // effective value of the second before, 50 to 3500 Hz
+};
+
 class KnockDetector {
   public:
+    using Judge = std::function<bool(const Candidate&)>;
+
     KnockDetector(SensorKind kind, double rate, const Sensitivity& sensitivity);
+    // Asks somebody else whether what a microphone heard is a knock; the training does.
+    KnockDetector(SensorKind kind, double rate, const Sensitivity& sensitivity, Judge judge);
 
     // Appends the knocks that these frames complete. However a signal is cut into calls, its knocks
     // are the same.
@@ -41,10 +56,6 @@ class KnockDetector {
     struct Block {
         double peak = 0.0;
         double energy = 0.0;  // sum of squares
-        // Likewise, of a microphone's bands: 60 to 250, 250 to 1000 Hz, and above.
-        double low = 0.0;
-        double mid = 0.0;
-        double click = 0.0;
         std::uint64_t peakFrame = 0;
         bool begins = false;  // perhaps a knock
     };
@@ -52,7 +63,6 @@ class KnockDetector {
     void endBlock(std::vector<Knock>& knocks);
     bool beginsKnock(const Block& block) const;
     void judge(std::vector<Knock>& knocks);
-    bool isKnock(double peak) const;
     void remember(const Block& block);
     const Block& past(std::size_t blocksAgo) const;
     double peakBetween(std::size_t oldestAgo, std::size_t newestAgo) const;
@@ -71,9 +81,8 @@ class KnockDetector {
     Frame origin{};  // the first frame: gravity is no knock
     std::array<Filter, 3> highPass;
     Filter lowPass;
-    Filter lowBand;
-    std::array<Filter, 2> midBand;
-    Filter clickBand;
+    std::optional<Bands> bands;  // a microphone's
+    const Judge isKnock;
 
     std::uint64_t frameCount = 0;
     std::size_t blockFrames = 0;

@@ -9,12 +9,12 @@ Tuning tuningFor(SensorKind kind, double rate) {
     if (kind == SensorKind::microphone) {
         return {.highPass = 60.0,
                 .lowPass = 350.0,
-                .window = 0.011,
+                .window = 0.012,
                 .riseTime = 0.003,
-                .lookBack = 0.025,
-                .riseFactor = 3.2,
+                .lookBack = 0.012,
+                .riseFactor = 1.25,
                 .ambientTime = 0.4,
-                .ambientFactor = 5.0,
+                .ambientFactor = 0.0,
                 .holdTime = 0.08};
     }
     // Slow sensors see a knock in two or three readings.
@@ -30,21 +30,12 @@ Tuning tuningFor(SensorKind kind, double rate) {
             .holdTime = 0.08};
 }
 
-double scoreOf(const Evidence& evidence) {
-    const double nothing = 1e-9;
-    const auto decades = [=](double a, double b) {
-        return std::log10(std::max(a, nothing) / std::max(b, nothing));
-    };
-    const double strength = decades(evidence.peak, evidence.reference);
-    const double depth = std::clamp(decades(evidence.lowEnergy, evidence.midEnergy), -0.55, 0.3);
-    const double lingering =
-        std::clamp(decades(evidence.lateClick, evidence.earlyClick), -1.0, 1.0);
-    const double suddenness = std::clamp(decades(evidence.peak, evidence.before), 0.0, 1.5);
-    // The weights were found by hand with `detection-bench --tuning`: raised where knocks were
-    // missed and lowered where voices and music were taken for knocks, until neither gained without
-    // the other losing. The limits above keep one extreme term, such as a stick's missing depth,
-    // from deciding alone. The figures of other signals are in docs/detection.md.
-    return 10.0 * strength + 14.0 * depth - 6.0 * lingering + 6.0 * suddenness - 11.0;
+float thresholdAt(double loudness, float quiet, float loud) {
+    constexpr double quietLevel = -52.0;  // dB
+    constexpr double loudLevel = -20.0;
+    const double level = 20.0 * std::log10(std::max(loudness, 1e-6));
+    const double part = std::clamp((level - quietLevel) / (loudLevel - quietLevel), 0.0, 1.0);
+    return quiet + (loud - quiet) * static_cast<float>(part);
 }
 
 }  // namespace bonkora::detector

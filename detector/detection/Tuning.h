@@ -1,5 +1,5 @@
-// Tuning: the figures of the detection. Found with the tuning signals of bench/detection, whose
-// figures in docs/detection.md come from other signals.
+// Tuning: the figures of the detection that are set by hand; docs/detection.md says what came of
+// them. What a microphone's blow sounds like is Network's.
 #pragma once
 
 #include "detector/Signal.h"
@@ -20,19 +20,9 @@ struct Tuning {
 
 Tuning tuningFor(SensorKind kind, double rate);
 
-// What a microphone heard of an impact, beside its strength.
-struct Evidence {
-    double peak = 0.0;        // of full scale
-    double reference = 0.0;   // of full scale; a peak of this strength proves nothing by itself
-    double before = 0.0;      // highest value in the look-back
-    double lowEnergy = 0.0;   // 60 to 250 Hz, of the first 4 ms
-    double midEnergy = 0.0;   // 250 to 1000 Hz, likewise
-    double earlyClick = 0.0;  // mean energy above 1000 Hz, of the first 4 ms
-    double lateClick = 0.0;   // likewise, of the window's last 4 ms
-};
-
-// Above 0 for a knock. Blows on a case sound deep, begin suddenly, and their click is over at once;
-// voices swell, keep buzzing and have their strength in the middle.
-double scoreOf(const Evidence& evidence);
+// The odds' logarithm that a microphone's blow must exceed, where the second before had this
+// effective value: `quiet` up to 52 dB below full scale, `loud` from 20 dB on, between them in a
+// straight line.
+float thresholdAt(double loudness, float quiet, float loud);
 
 }  // namespace bonkora::detector

@@ -4,6 +4,8 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstdint>
+#include <map>
 #include <numbers>
 #include <random>
 
@@ -144,6 +146,56 @@ TEST(KnockDetectorTest, honoursTheCooldownToTheFrame) {
     const auto apart = std::chrono::milliseconds{free[1].frame - free[0].frame};
     EXPECT_EQ(signal.heard({0.05, apart, false}).size(), 2U);
     EXPECT_EQ(signal.heard({0.05, apart + 1ms, false}).size(), 1U);
+}
+
+// What the judgement is made from, of each candidate at its impact's frame.
+std::map<std::uint64_t, Bands::Features> evidenceOf(const Signal& signal, double minAmplitude) {
+    std::map<std::uint64_t, Bands::Features> evidence;
+    KnockDetector detector{
+        signal.kind, signal.rate, {minAmplitude, 750ms, false}, [&](const Candidate& candidate) {
+            evidence[candidate.knock.frame] = candidate.features;
+            return false;
+        }};
+    std::vector<Knock> knocks;
+    detector.process(signal.frames, knocks);
+    EXPECT_TRUE(knocks.empty());
+    return evidence;
+}
+
+TEST(KnockDetectorTest, theMinimumAmplitudeLeavesTheEvidenceAsItIs) {
+    const Signal signal = Signal{SensorKind::microphone, 48000.0, 2.0}.knock(1.0, 0.4);
+    const auto strict = evidenceOf(signal, 0.1);
+    const auto lax = evidenceOf(signal, 0.01);
+    ASSERT_FALSE(strict.empty());
+    for (const auto& [frame, features] : strict) {
+        ASSERT_TRUE(lax.contains(frame));
+        EXPECT_EQ(lax.at(frame), features);
+    }
+}
+
+TEST(KnockDetectorTest, aMicrophonesGainLeavesTheEvidenceAsItIs) {
+    Signal signal = Signal{SensorKind::microphone, 48000.0, 2.0}.knock(1.0, 0.2);
+    const auto soft = evidenceOf(signal, 0.02);
+    for (Frame& frame : signal.frames) {
+        frame[0] *= 4.0F;
+    }
+    const auto loud = evidenceOf(signal, 0.08);
+    ASSERT_FALSE(soft.empty());
+    ASSERT_EQ(soft.size(), loud.size());
+    for (const auto& [frame, features] : soft) {
+        ASSERT_TRUE(loud.contains(frame));
+        EXPECT_THAT(loud.at(frame), testing::Pointwise(testing::FloatNear(0.05F), features));
+    }
+}
+
+TEST(KnockDetectorTest, hearsAKnockInAHumThatIsAsLoud) {
+    Signal signal{SensorKind::microphone, 48000.0, 3.0};
+    for (std::size_t i = 0; i < signal.frames.size(); ++i) {
+        const double t = static_cast<double>(i) / 48000.0;
+        signal.frames[i][0] +=
+            static_cast<float>(0.1 * std::sin(2.0 * std::numbers::pi * 100.0 * t));
+    }
+    EXPECT_EQ(signal.knock(2.0, 0.3).heard({}).size(), 1U);
 }
 
 TEST(KnockDetectorTest, aRisingToneIsNoKnock) {
