@@ -3,40 +3,18 @@
 #include <QPainter>
 #include <QPixmap>
 #include <algorithm>
-#include <cmath>
-
-#include "ui/drawing/TextStyle.h"
 
 namespace bonkora {
 
-namespace {
-
-constexpr TextStyle titleStyle{12, 16, false, QFont::Medium};
-constexpr int padding = 4;
-constexpr int spacing = 5;
-constexpr int largestSymbol = 18;
-
-}  // namespace
-
-LabelIconEngine::LabelIconEngine(const MenuBarLabel& theLabel, const QColor& theColor)
-    : label(theLabel), color(theColor) {}
-
-int LabelIconEngine::width(const MenuBarLabel& label, int height) {
-    const qreal title = textPainter::naturalSize(label.title, titleStyle).width();
-    return 2 * padding + std::min(height, largestSymbol) + spacing +
-           static_cast<int>(std::ceil(title));
-}
+LabelIconEngine::LabelIconEngine(Symbol theSymbol, const QColor& theColor)
+    : symbol(theSymbol), color(theColor) {}
 
 void LabelIconEngine::paint(QPainter* painter, const QRect& rect, QIcon::Mode, QIcon::State) {
-    const int symbolSize = std::min(rect.height() - 2, largestSymbol);
-    const bool hasRoom = rect.width() >= width(label, rect.height()) - padding;
-    const int left = hasRoom ? rect.left() + padding : rect.center().x() + 1 - symbolSize / 2;
-    const QRect symbol(left, rect.top() + (rect.height() - symbolSize) / 2, symbolSize, symbolSize);
-    drawSymbol(*painter, label.symbol, symbol, color);
-    if (hasRoom) {
-        const QRectF title(symbol.right() + 1 + spacing, rect.top(), rect.width(), rect.height());
-        textPainter::drawLine(*painter, title, label.title, titleStyle, color);
-    }
+    // As much of the bar as its own icons usually take: 18 pixels of 22.
+    const int side = std::min(rect.width(), rect.height()) * 9 / 11;
+    QRect square(0, 0, side, side);
+    square.moveCenter(rect.center());
+    drawSymbol(*painter, symbol, square, color);
 }
 
 QPixmap LabelIconEngine::pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) {
@@ -48,7 +26,7 @@ QPixmap LabelIconEngine::pixmap(const QSize& size, QIcon::Mode mode, QIcon::Stat
 }
 
 QIconEngine* LabelIconEngine::clone() const {
-    return new LabelIconEngine(label, color);
+    return new LabelIconEngine(symbol, color);
 }
 
 QImage labelIcon::outlined(Symbol symbol, int size) {

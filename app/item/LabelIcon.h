@@ -1,30 +1,26 @@
-// LabelIcon: the label as a picture for a bar: as an icon engine for Qt's tray icon, and as plain
-// pixels for a bar of unknown colour.
+// LabelIcon: the label's symbol as a picture for a bar: as an icon engine for Qt's tray icon, and
+// as plain pixels for a bar of unknown colour.
 #pragma once
 
 #include <QColor>
 #include <QIconEngine>
 #include <QImage>
 
-#include "app/item/MenuBarItem.h"
+#include "ui/drawing/Symbol.h"
 
 namespace bonkora {
 
-// Paints the label into whatever room a tray gives: the symbol alone in a square, symbol and title
-// where it is wide enough. Main thread.
+// Paints the symbol in the middle of whatever room a tray gives, in one colour. Main thread.
 class LabelIconEngine final : public QIconEngine {
   public:
-    LabelIconEngine(const MenuBarLabel& label, const QColor& color);
-
-    // The width that symbol and title need in a bar of that height.
-    static int width(const MenuBarLabel& label, int height);
+    LabelIconEngine(Symbol symbol, const QColor& color);
 
     void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State state) override;
     QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override;
     QIconEngine* clone() const override;
 
   private:
-    const MenuBarLabel label;
+    const Symbol symbol;
     const QColor color;
 };
 

@@ -4,12 +4,6 @@
 
 namespace bonkora {
 
-namespace {
-
-constexpr int guideHeight = 24;
-
-}  // namespace
-
 TrayIconItem::TrayIconItem() : color(window.textColor()) {
     connect(&icon, &QSystemTrayIcon::activated, this,
             [this] { emit clicked(geometry().center()); });
@@ -18,7 +12,6 @@ TrayIconItem::TrayIconItem() : color(window.textColor()) {
             color = suited;
             draw();
         }
-        window.setWidth(LabelIconEngine::width(label, guideHeight));
     });
 }
 
@@ -30,11 +23,10 @@ void TrayIconItem::display(const MenuBarLabel& newLabel) {
     draw();
     icon.setToolTip(label.title);
     icon.show();
-    window.setWidth(LabelIconEngine::width(label, guideHeight));
 }
 
 void TrayIconItem::draw() {
-    QIcon image(new LabelIconEngine(label, color));
+    QIcon image(new LabelIconEngine(label.symbol, color));
     image.setIsMask(true);
     icon.setIcon(image);
 }

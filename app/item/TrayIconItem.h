@@ -1,5 +1,5 @@
-// TrayIconItem: the item as Qt's tray icon: the menu bar on macOS, an XEmbed tray elsewhere, where
-// it is made wide enough to show the title beside the symbol. Main thread.
+// TrayIconItem: the item as Qt's tray icon: the menu bar on macOS, an XEmbed tray elsewhere. It
+// shows the symbol, and the title as a tool tip. Main thread.
 #pragma once
 
 #include <QColor>
@@ -18,8 +18,6 @@ class TrayWindow final : public QObject {
   public:
     TrayWindow();
 
-    // Asks the tray for room of that width, in logical pixels, where it is not given yet.
-    void setWidth(int width);
     // What reads well on the tray as it looks now; black where the system colours the icon itself.
     QColor textColor() const;
 

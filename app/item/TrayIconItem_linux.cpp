@@ -12,6 +12,8 @@ namespace bonkora {
 namespace {
 
 constexpr int settleMilliseconds = 150;
+// The class of the window that Qt makes for an icon in an XEmbed tray. It is private, and
+// QSystemTrayIcon does not hand the window out (qtbase, src/widgets/util/qsystemtrayicon_x11.cpp).
 constexpr char windowClass[] = "QSystemTrayIconSys";
 
 QWidget* iconWindow() {
@@ -39,14 +41,6 @@ bool TrayWindow::eventFilter(QObject* watched, QEvent* event) {
         settled.start();
     }
     return false;
-}
-
-void TrayWindow::setWidth(int width) {
-    // Only when it differs: a tray that lays its icons out anew loses clicks.
-    if (QWidget* window = iconWindow(); window != nullptr && window->minimumWidth() != width) {
-        window->setMinimumWidth(width);
-        window->resize(width, window->height());
-    }
 }
 
 QColor TrayWindow::textColor() const {

@@ -4,9 +4,6 @@ namespace bonkora {
 
 TrayWindow::TrayWindow() = default;
 
-// The platform's items are square.
-void TrayWindow::setWidth(int) {}
-
 QColor TrayWindow::textColor() const {
     return Qt::black;
 }
