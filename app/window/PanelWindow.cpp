@@ -32,6 +32,13 @@ Qt::WindowFlags flagsFor(PanelWindow::Style style) {
                      Qt::NoDropShadowWindowHint;
 }
 
+// Window managers minimise a dialog together with the window it belongs to.
+void restore(QWidget& window) {
+    if (window.isMinimized()) {
+        window.setWindowState(window.windowState() & ~Qt::WindowMinimized);
+    }
+}
+
 }  // namespace
 
 PanelWindow::PanelWindow(std::unique_ptr<QWidget> theContent, Style style)
@@ -66,8 +73,10 @@ void PanelWindow::moveTo(const QRect& place) {
 }
 
 void PanelWindow::raiseToFront() {
+    restore(*this);
     QWidget* front = QApplication::activeModalWidget();
     front = front != nullptr ? front : this;
+    restore(*front);
     front->raise();
     front->activateWindow();
 }
