@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <memory>
 
+#include "app/ApplicationIcon.h"
 #include "app/BonkoraApp.h"
 #include "app/MenuBarExtra.h"
 #include "app/QtMainQueue.h"
@@ -35,6 +36,7 @@ void nameApplication() {
     QGuiApplication::setDesktopFileName("org.bonkora.Bonkora");
     QGuiApplication::setQuitOnLastWindowClosed(false);
     QApplication::setStyle("Fusion");
+    QApplication::setWindowIcon(applicationIcon());
 }
 
 int runScene(const platform::Bundle& bundle, SingleInstance& instance) {

@@ -1,6 +1,6 @@
 #include "app/MenuBarExtra.h"
 
-#include <QGuiApplication>
+#include <QApplication>
 #include <QScreen>
 #include <algorithm>
 #include <chrono>
@@ -81,6 +81,14 @@ void MenuBarExtra::click(const QPoint& reported) {
     handle(Event::itemClicked);
 }
 
+void MenuBarExtra::leaveScreenToItsLock() {
+    // A menu holds the pointer too. A dialog does not, and stays.
+    while (QWidget* popup = QApplication::activePopupWidget()) {
+        popup->close();
+    }
+    handle(Event::screenLocking);
+}
+
 void MenuBarExtra::handle(Event event) {
     carryOut(decide(event));
 }
@@ -134,6 +142,7 @@ void MenuBarExtra::carryOut(PanelLogic::Action action) {
 void MenuBarExtra::openPanel(PanelWindow::Style style, const QRect& place) {
     if (panel) {
         panel->disconnect(this);  // its closing is not the user's wish
+        screenLock.reset();
         panel->close();
     }
     panel = new PanelWindow(scene.content(environment), style);
@@ -147,10 +156,16 @@ void MenuBarExtra::openPanel(PanelWindow::Style style, const QRect& place) {
             [this] { handleInNextTurn(Event::dialogClosed); });
     connect(panel, &PanelWindow::closed, this, [this] {
         panel = nullptr;
+        screenLock.reset();
         handle(Event::panelClosed);
     });
     panel->open(place);
     handle(Event::panelOpened);
+    if (style == PanelWindow::Style::dropDown) {
+        // Queued, since closing the panel ends the watch.
+        connect(&screenLock.emplace(), &ScreenLockWatch::locking, this,
+                &MenuBarExtra::leaveScreenToItsLock, Qt::QueuedConnection);
+    }
 }
 
 void MenuBarExtra::followScreens() {

@@ -10,6 +10,7 @@
 
 #include "app/MenuBarScene.h"
 #include "app/PanelLogic.h"
+#include "app/desktop/ScreenLockWatch.h"
 #include "app/item/MenuBarHosts.h"
 #include "app/item/MenuBarItem.h"
 #include "app/window/PanelWindow.h"
@@ -33,6 +34,7 @@ class MenuBarExtra final : public QObject {
     void followHosts();
     void refreshLabel();
     void click(const QPoint& reported);
+    void leaveScreenToItsLock();
     void followScreens();
 
     void handle(PanelLogic::Event event);
@@ -56,6 +58,8 @@ class MenuBarExtra final : public QObject {
     std::optional<QPoint> lastClick;
     QRect clickedScreen;
     ScreenWatch screens;
+    // While a panel is open that may hold the pointer.
+    std::optional<ScreenLockWatch> screenLock;
     Observation observation{[this] { refreshLabel(); }};
 };
 

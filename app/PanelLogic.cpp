@@ -45,6 +45,9 @@ PanelLogic::Action PanelLogic::decide(Event event, Time now, bool isOccupied) {
         case Event::pressedOutside:
             return panel == Panel::dropDown && hasSettled(now) && !isOccupied ? close()
                                                                               : Action::nothing;
+        case Event::screenLocking:
+            return panel == Panel::dropDown && !isClosing && !isOccupied ? close()
+                                                                         : Action::nothing;
         case Event::escapePressed:
             return panel == Panel::dropDown ? close() : Action::nothing;
         case Event::deactivated:

@@ -24,7 +24,8 @@ class PanelLogic {
         deactivated,   // another window has become the active one
         dialogClosed,  // one that belongs to the panel
         panelClosed,   // for whatever reason
-        wake,          // the time that wakeAt() named has come
+        screenLocking,
+        wake,  // the time that wakeAt() named has come
     };
     enum class Action {
         nothing,

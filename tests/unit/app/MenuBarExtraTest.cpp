@@ -1,6 +1,9 @@
 #include "app/MenuBarExtra.h"
 
 #include <QApplication>
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDialog>
 #include <QPointer>
 
 #include "app/BonkoraApp.h"
@@ -126,6 +129,69 @@ class MenuBarExtraTest final : public QObject {
         QCOMPARE(shown.panel.terminations, 0);
     }
 
+    void aMinimisedDialogAndThePanelBehindItComeBackByAClickAndByALaterStart() {
+        Shown shown;
+        const QPointer<PanelWindow> window = shown.opened();
+        QDialog dialog(window);
+        dialog.setModal(true);
+        dialog.show();
+        const auto minimised = [&] { return window->isMinimized() || dialog.isMinimized(); };
+        for (const bool byClick : {true, false}) {
+            window->showMinimized();
+            dialog.showMinimized();
+            QVERIFY(minimised());
+            byClick ? shown.click() : shown.extra.open();
+            QVERIFY(!minimised());
+            QVERIFY(window && window->isVisible() && dialog.isVisible());
+        }
+    }
+
+    void theScreenThatLocksAndTheMachineThatSleepsCloseThePanelAndItsMenu() {
+        const auto announce = [](const char* path, const char* interface, const char* name,
+                                 const QVariantList& arguments) {
+            QDBusMessage signal = QDBusMessage::createSignal(path, interface, name);
+            signal.setArguments(arguments);
+            QDBusConnection::sessionBus().send(signal);
+        };
+        Shown shown;
+        for (int news = 0; news < 3; ++news) {
+            const QPointer<PanelWindow> window = shown.opened();
+            const QPointer<QWidget> menu = new QWidget(window, Qt::Popup);
+            menu->show();
+            announce("/ScreenSaver", "org.freedesktop.ScreenSaver", "ActiveChanged", {false});
+            announce("/org/freedesktop/login1", "org.freedesktop.login1.Manager", "PrepareForSleep",
+                     {false});
+            QTest::qWait(50);
+            QVERIFY(window && menu->isVisible());
+            if (news == 0) {
+                announce("/ScreenSaver", "org.freedesktop.ScreenSaver", "ActiveChanged", {true});
+            } else if (news == 1) {
+                announce("/org/freedesktop/login1/session/_32", "org.freedesktop.login1.Session",
+                         "Lock", {});
+            } else {
+                announce("/org/freedesktop/login1", "org.freedesktop.login1.Manager",
+                         "PrepareForSleep", {true});
+            }
+            QTRY_VERIFY(!window);
+            QTest::qWait(
+                300);  // the press that closed a panel is not taken for a click within that
+        }
+    }
+
+    void theScreenThatLocksLeavesADialogAndItsPanelOpen() {
+        Shown shown;
+        const QPointer<PanelWindow> window = shown.opened();
+        QDialog dialog(window);
+        dialog.setModal(true);
+        dialog.show();
+        QDBusMessage signal = QDBusMessage::createSignal(
+            "/ScreenSaver", "org.freedesktop.ScreenSaver", "ActiveChanged");
+        signal << true;
+        QDBusConnection::sessionBus().send(signal);
+        QTest::qWait(100);
+        QVERIFY(window && dialog.isVisible());
+    }
+
     void withoutABarItIsAPlainWindowWhoseClosingEndsTheApplication() {
         QTest::ignoreMessage(QtWarningMsg, QRegularExpression("no menu bar or tray"));
         Shown shown(MenuBarHosts::Kind::none);
@@ -172,5 +238,12 @@ class MenuBarExtraTest final : public QObject {
     }
 };
 
-QTEST_MAIN(MenuBarExtraTest)
+int main(int argumentCount, char** arguments) {
+    // The one bus that the test runs on plays the system's too.
+    qputenv("DBUS_SYSTEM_BUS_ADDRESS", qgetenv("DBUS_SESSION_BUS_ADDRESS"));
+    QApplication application(argumentCount, arguments);
+    MenuBarExtraTest test;
+    return QTest::qExec(&test, argumentCount, arguments);
+}
+
 #include "MenuBarExtraTest.moc"

@@ -104,6 +104,12 @@ TEST_F(WithItem, escapeAndAnotherActiveWindowCloseThePanelOnce) {
     EXPECT_EQ(handle(Event::deactivated), Action::close);
 }
 
+TEST_F(WithItem, aScreenThatLocksClosesThePanelEvenBeforeItHasSettled) {
+    openByClick();
+    EXPECT_EQ(handle(Event::screenLocking), Action::close);
+    EXPECT_EQ(handle(Event::screenLocking), Action::nothing);
+}
+
 TEST_F(WithItem, whileADialogOrMenuIsOpenNothingClosesThePanelAndAClickRaisesIt) {
     openSettled();
     isOccupied = true;
@@ -157,6 +163,7 @@ TEST_F(WithItem, aBarThatStaysAwayTurnsAnOpenPanelIntoAPlainWindow) {
     openPlainWindow();
     EXPECT_EQ(handle(Event::escapePressed), Action::nothing);
     EXPECT_EQ(handle(Event::deactivated), Action::nothing);
+    EXPECT_EQ(handle(Event::screenLocking), Action::nothing);
 }
 
 TEST_F(WithItem, aPanelWithADialogBecomesAPlainWindowOnlyAfterIt) {
