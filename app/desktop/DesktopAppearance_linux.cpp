@@ -7,6 +7,7 @@
 
 #include "app/desktop/DesktopAppearance.h"
 #include "app/desktop/SessionBus.h"
+#include "app/desktop/XSettings.h"
 
 namespace bonkora {
 
@@ -79,13 +80,35 @@ void AppearancePortal::report(const QVariant& value) {
                                            : std::nullopt);
 }
 
-std::unique_ptr<QObject> DesktopAppearance::makeSource(DesktopAppearance& receiver) {
-    if (!sessionBus::isAvailable()) {
-        return nullptr;
+// The two voices of a Linux desktop: the portal, which knows the user's wish itself, before the
+// theme that X desktops tell their programs of.
+class DesktopVoices final : public QObject {
+  public:
+    explicit DesktopVoices(DesktopAppearance& theReceiver) : receiver(theReceiver) {
+        connect(&xSettings, &XSettingsWatch::changed, this, [this] { tell(); });
+        if (sessionBus::isAvailable()) {
+            connect(&portal.emplace(), &AppearancePortal::answered, this,
+                    [this](std::optional<bool> isDark) {
+                        byPortal = isDark;
+                        tell();
+                    });
+        }
+        // Once the receiver is whole.
+        QMetaObject::invokeMethod(
+            this, [this] { tell(); }, Qt::QueuedConnection);
     }
-    auto portal = std::make_unique<AppearancePortal>();
-    connect(portal.get(), &AppearancePortal::answered, &receiver, &DesktopAppearance::prefer);
-    return portal;
+
+  private:
+    void tell() { receiver.prefer(byPortal ? byPortal : xSettings.isDark()); }
+
+    DesktopAppearance& receiver;
+    XSettingsWatch xSettings;
+    std::optional<AppearancePortal> portal;
+    std::optional<bool> byPortal;
+};
+
+std::unique_ptr<QObject> DesktopAppearance::makeSource(DesktopAppearance& receiver) {
+    return std::make_unique<DesktopVoices>(receiver);
 }
 
 }  // namespace bonkora

@@ -53,4 +53,19 @@ xcb_window_t selectionOwner(xcb_atom_t selection) {
     return answer ? answer->owner : xcb_window_t{XCB_WINDOW_NONE};
 }
 
+QByteArray property(xcb_window_t window, xcb_atom_t name) {
+    constexpr std::uint32_t mostWords = 0x10000;
+    xcb_connection_t* server = connection();
+    if (server == nullptr) {
+        return {};
+    }
+    const auto question =
+        xcb_get_property(server, 0, window, name, XCB_GET_PROPERTY_TYPE_ANY, 0, mostWords);
+    const std::unique_ptr<xcb_get_property_reply_t, Freed> answer(
+        xcb_get_property_reply(server, question, nullptr));
+    return answer ? QByteArray(static_cast<const char*>(xcb_get_property_value(answer.get())),
+                               xcb_get_property_value_length(answer.get()))
+                  : QByteArray();
+}
+
 }  // namespace bonkora::x11
