@@ -64,6 +64,7 @@ void MenuBarExtra::followHosts() {
         case MenuBarHosts::Kind::platformTray:
             item = hosts->makeItem();
             connect(item.get(), &MenuBarItem::clicked, this, &MenuBarExtra::click);
+            connect(item.get(), &MenuBarItem::openAsked, this, &MenuBarExtra::open);
             refreshLabel();
             handle(Event::hostCame);
             break;
@@ -114,8 +115,7 @@ void MenuBarExtra::carryOut(PanelLogic::Action action) {
         case PanelLogic::Action::nothing:
             break;
         case PanelLogic::Action::dropDownAtClick:
-            openPanel(PanelWindow::Style::dropDown,
-                      placeBeside(windowSystem::clickPosition(reportedClick)));
+            openPanel(PanelWindow::Style::dropDown, placeAtClick());
             break;
         case PanelLogic::Action::dropDownAtItem:
             openPanel(PanelWindow::Style::dropDown,
@@ -177,6 +177,16 @@ void MenuBarExtra::followScreens() {
     } else if (item) {
         panel->moveTo(placeBesideItem(*panel->screen()));
     }
+}
+
+QRect MenuBarExtra::placeAtClick() {
+    QList<QRect> geometries;
+    for (const QScreen* screen : QGuiApplication::screens()) {
+        geometries << screen->geometry();
+    }
+    const auto click =
+        panelPlacement::clickPlace(windowSystem::pointerPosition(), reportedClick, geometries);
+    return click ? placeBeside(*click) : placeBesideItem(screenOf(clickedScreen.center()));
 }
 
 // Most bars tell the item's place only by a click on it.

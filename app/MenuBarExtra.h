@@ -43,6 +43,7 @@ class MenuBarExtra final : public QObject {
     void carryOut(PanelLogic::Action action);
 
     void openPanel(PanelWindow::Style style, const QRect& place);
+    QRect placeAtClick();
     QRect placeBeside(const QPoint& click);
     QRect placeBesideItem(const QScreen& screen);
     QRect placeInTheMiddle() const;

@@ -23,7 +23,8 @@ bool isCompositing();
 // Whether a window can take the pointer for itself, to learn of presses outside it.
 bool canGrabPointer();
 
-// Where a click happened that a bar reports at `reported`.
-QPoint clickPosition(const QPoint& reported);
+// Where the pointer is, on the screen; nothing where the window system tells it only while it is
+// over a window of ours, as Wayland does, also to programs of the X server that runs on it.
+std::optional<QPoint> pointerPosition();
 
 }  // namespace bonkora::windowSystem

@@ -4,6 +4,7 @@
 #include <QFileInfo>
 #include <QGuiApplication>
 #include <QString>
+#include <QStringList>
 #include <QWidget>
 #include <array>
 
@@ -28,10 +29,23 @@ bool isWaylandReachable() {
     return !display.isEmpty() && QFileInfo::exists(socket);
 }
 
+// GNOME's compositor lets no Wayland client choose where its windows stand, but places those of its
+// X server where they ask to be.
+void choosePlatform() {
+    const bool isGnome = qEnvironmentVariable("XDG_CURRENT_DESKTOP")
+                             .split(':')
+                             .contains("GNOME", Qt::CaseInsensitive);
+    if (isGnome && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM") && isWaylandReachable() &&
+        isX11Reachable()) {
+        qputenv("QT_QPA_PLATFORM", "xcb");
+    }
+}
+
 }  // namespace
 
 std::optional<std::string> prepare() {
     sessionBus::forbidAutolaunch();
+    choosePlatform();
     const QString chosen = qEnvironmentVariable("QT_QPA_PLATFORM");
     const bool needsDisplay =
         chosen.isEmpty() || chosen.startsWith("xcb") || chosen.startsWith("wayland");
@@ -67,9 +81,9 @@ bool canGrabPointer() {
     return x11::connection() != nullptr;
 }
 
-QPoint clickPosition(const QPoint& reported) {
-    // Some bars report wrong coordinates; on X11 the pointer itself can be asked.
-    return x11::connection() != nullptr ? QCursor::pos() : reported;
+std::optional<QPoint> pointerPosition() {
+    const bool isOnWayland = x11::connection() == nullptr || isWaylandReachable();
+    return isOnWayland ? std::nullopt : std::optional(QCursor::pos());
 }
 
 }  // namespace bonkora::windowSystem

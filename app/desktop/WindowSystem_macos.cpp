@@ -1,5 +1,7 @@
 #include "app/desktop/WindowSystem.h"
 
+#include <QCursor>
+
 namespace bonkora::windowSystem {
 
 std::optional<std::string> prepare() {
@@ -17,8 +19,8 @@ bool canGrabPointer() {
     return false;
 }
 
-QPoint clickPosition(const QPoint& reported) {
-    return reported;
+std::optional<QPoint> pointerPosition() {
+    return QCursor::pos();
 }
 
 }  // namespace bonkora::windowSystem

@@ -29,6 +29,8 @@ class MenuBarItem : public QObject {
   signals:
     // `position` as the bar tells it, on the screen.
     void clicked(const QPoint& position);
+    // "Open" was chosen in the item's menu.
+    void openAsked();
 };
 
 }  // namespace bonkora

@@ -40,7 +40,7 @@ QDBusVariant OpenMenu::GetProperty(int id, const QString& name) {
 
 void OpenMenu::Event(int id, const QString& kind, const QDBusVariant&, uint) {
     if (id == openId && kind == "clicked") {
-        emit item.clicked({});
+        emit item.openAsked();
     }
 }
 

@@ -19,7 +19,7 @@ class OpenMenu final : public QDBusAbstractAdaptor {
     Q_PROPERTY(QStringList IconThemePath READ iconThemePath CONSTANT)
 
   public:
-    // `holder` is registered at the menu's path; a press is a click on `item`.
+    // `holder` is registered at the menu's path; a press asks `item` to open.
     OpenMenu(QObject& holder, MenuBarItem& item);
 
     uint version() const { return 2; }

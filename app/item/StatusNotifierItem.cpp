@@ -164,7 +164,9 @@ void StatusNotifierItem::registerWithWatcher() {
     QDBusMessage call = QDBusMessage::createMethodCall(
         statusNotifierWatcher::service, statusNotifierWatcher::path, statusNotifierWatcher::service,
         "RegisterStatusNotifierItem");
-    call << busName;
+    // By object path, not by the well-known name: GNOME's AppIndicator extension watches such a
+    // name, and its first answer wipes what it had read of the item by then.
+    call << itemPath;
     call.setAutoStartService(false);
     QDBusConnection::sessionBus().send(call);
 }

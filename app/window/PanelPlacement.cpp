@@ -44,6 +44,27 @@ Nearest barEdge(const QPoint& point, const QRect& screen, const QRect& available
 
 }  // namespace
 
+std::optional<QPoint> clickPlace(const std::optional<QPoint>& pointer, const QPoint& reported,
+                                 const QList<QRect>& screens) {
+    if (pointer) {
+        return pointer;
+    }
+    for (const QRect& screen : screens) {
+        if (!screen.contains(reported)) {
+            continue;
+        }
+        const int left = reported.x() - screen.left();
+        const int top = reported.y() - screen.top();
+        const int nearest =
+            std::min({left, top, screen.right() - reported.x(), screen.bottom() - reported.y()});
+        const bool isWithinItem = left <= thickestBar && top <= thickestBar;
+        if (nearest <= thickestBar && !isWithinItem) {
+            return reported;
+        }
+    }
+    return std::nullopt;
+}
+
 std::optional<QRect> itemRectangle(const QPoint& click, const QRect& reported, const QRect& screen,
                                    const QRect& available) {
     if (reported.contains(click) && reported.height() <= thickestBar) {

@@ -2,12 +2,19 @@
 // logical pixels; any thread.
 #pragma once
 
+#include <QList>
 #include <QPoint>
 #include <QRect>
 #include <QSize>
 #include <optional>
 
 namespace bonkora::panelPlacement {
+
+// Where an item was clicked: where the pointer is, if that can be asked; else where the bar says,
+// if that can be true: some bars on Wayland report the place within the item, which looks like the
+// upper left corner of a screen, and some nothing at all. Nothing if neither is known.
+std::optional<QPoint> clickPlace(const std::optional<QPoint>& pointer, const QPoint& reported,
+                                 const QList<QRect>& screens);
 
 // The rectangle of the item that was clicked at `click`. `reported` is believed only if it is at
 // most 64 high and holds the click; otherwise the item is taken to be as thick as a bar that has

@@ -171,8 +171,8 @@ class MenuBar(unittest.TestCase):
     def testABarOnTheSessionBusGetsTitleToolTipIconAndMenu(self):
         with Bar() as bar:
             self.launch()
-            item = bar.registered()
-            self.assertEqual(item, self.app.busName())
+            self.assertEqual(bar.registered(), "/StatusNotifierItem")
+            item = self.app.busName()
             self.assertEqual(itemProperty(item, "Title"), "Bonkora OFF")
             self.assertEqual(itemProperty(item, "XAyatanaLabel"), "Bonkora OFF")
             self.assertEqual(itemProperty(item, "ToolTip")[2], "Bonkora OFF")
@@ -196,10 +196,10 @@ class MenuBar(unittest.TestCase):
     def testABarThatCameBackGetsTheItemAgain(self):
         with Bar() as bar:
             self.launch()
-            self.assertEqual(bar.registered(), self.app.busName())
+            self.assertEqual(bar.registered(), "/StatusNotifierItem")
         desktop.waitFor(self.app.trayWindow, "the item in the tray instead")
         with Bar() as bar:
-            self.assertEqual(bar.registered(), self.app.busName())
+            self.assertEqual(bar.registered(), "/StatusNotifierItem")
             desktop.waitFor(lambda: not self.app.trayWindow(), "no item in the tray any more")
         self.assertEqual(self.app.complaints(), [])
 

@@ -2,6 +2,7 @@
 
 #include <QTest>
 
+using bonkora::panelPlacement::clickPlace;
 using bonkora::panelPlacement::followScreen;
 using bonkora::panelPlacement::itemRectangle;
 using bonkora::panelPlacement::panelRectangle;
@@ -81,6 +82,24 @@ class PanelPlacementTest final : public QObject {
         QCOMPARE(panelRectangle(panelSize, {}, screen, barAbove).topRight(), QPoint(1275, 28));
         const QRect barBelow = screen.adjusted(0, 0, 0, -24);
         QCOMPARE(panelRectangle(panelSize, {}, screen, barBelow).bottomRight(), QPoint(1275, 771));
+    }
+
+    void aClickIsWhereThePointerIsIfThatCanBeAsked() {
+        QCOMPARE(clickPlace(QPoint(1200, 10), {9, 14}, {screen}), QPoint(1200, 10));
+        QCOMPARE(clickPlace(QPoint(640, 400), {1200, 10}, {screen}), QPoint(640, 400));
+    }
+
+    void withoutAPointerAReportIsBelievedOnlyInABarAndNotAsAPlaceWithinTheItem() {
+        const QRect second(1280, 0, 1920, 1080);
+        const QList<QRect> both{screen, second};
+        QCOMPARE(clickPlace({}, {1263, 14}, both), QPoint(1263, 14));
+        QCOMPARE(clickPlace({}, {20, 790}, both), QPoint(20, 790));
+        QCOMPARE(clickPlace({}, {3190, 1070}, both), QPoint(3190, 1070));
+        QVERIFY(!clickPlace({}, {9, 14}, both));      // within the item
+        QVERIFY(!clickPlace({}, {1290, 14}, both));   // likewise, of the second screen
+        QVERIFY(!clickPlace({}, {0, 0}, both));       // not reported
+        QVERIFY(!clickPlace({}, {640, 400}, both));   // in no bar
+        QVERIFY(!clickPlace({}, {1263, -20}, both));  // on no screen
     }
 
     void aLowScreenMakesThePanelLower() {

@@ -30,6 +30,7 @@ class StatusNotifierItemTest final : public QObject {
         QCOMPARE(bar->items.size(), qsizetype{0});
         item.display(stopped);
         QTRY_COMPARE(bar->items.size(), qsizetype{1});
+        QCOMPARE(bar->items.first(), "/StatusNotifierItem");
         item.display(running);
         QTest::qWait(20);
         QCOMPARE(bar->items.size(), qsizetype{1});
@@ -91,7 +92,7 @@ class StatusNotifierItemTest final : public QObject {
         }
     }
 
-    void theMenuHasTheOneEntryOpenWhichIsAClick() {
+    void theMenuHasTheOneEntryOpenWhichAsksToOpenAndIsNoClick() {
         StatusNotifierBar bar;
         StatusNotifierItem item;
         item.display(stopped);
@@ -106,16 +107,18 @@ class StatusNotifierItemTest final : public QObject {
         root.children.first().value<QDBusArgument>() >> entry;
         QCOMPARE(entry.properties.value("label").toString(), "Open");
 
-        QSignalSpy clicks(&item, &MenuBarItem::clicked);
+        const QSignalSpy clicks(&item, &MenuBarItem::clicked);
+        const QSignalSpy requests(&item, &MenuBarItem::openAsked);
         const auto press = [&](int id, const QString& kind) {
             bar.call(sender, "/MenuBar", "com.canonical.dbusmenu", "Event",
                      {id, kind, QVariant::fromValue(QDBusVariant("")), 0U});
         };
         press(entry.id, "hovered");
         press(root.id, "clicked");
-        QCOMPARE(clicks.count(), 0);
+        QCOMPARE(requests.count(), 0);
         press(entry.id, "clicked");
-        QCOMPARE(clicks.count(), 1);
+        QCOMPARE(requests.count(), 1);
+        QCOMPARE(clicks.count(), 0);
     }
 
     void itIsGoneFromTheBusWhenItIsDestroyed() {
