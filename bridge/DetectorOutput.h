@@ -1,4 +1,4 @@
-// What a line of the detector's output means. Pure; any thread.
+// What a line of the detector's output means.
 #pragma once
 
 #include <optional>

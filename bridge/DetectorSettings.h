@@ -1,5 +1,4 @@
-// What the user chooses for the detector, and the command line that tells it. Values and pure
-// functions; any thread.
+// What the user chooses for the detector, and the command line that tells it.
 #pragma once
 
 #include <array>

@@ -1,5 +1,5 @@
-// The texts that a privileged launch is made of. Pure; any thread. Nothing inside a path or an
-// argument is escaped, apart from the double quotes of the AppleScript text.
+// The texts that a privileged launch is made of. Nothing inside a path or an argument is escaped,
+// apart from the double quotes of the AppleScript text.
 #pragma once
 
 #include <string>

@@ -21,12 +21,12 @@ std::string executableLocation(const platform::Bundle& bundle) {
     if (path.rfind('/', 0) == 0) {
         return path;
     }
-    std::error_code
-        failed;  // a working directory that is gone leaves the path relative to the root
+    // Without a working directory, because it has been removed, the path starts at the root.
+    std::error_code failed;
     return std::filesystem::current_path(failed).string() + '/' + path;
 }
 
-// One slash between the two, both as they stand.
+// Joins the two with exactly one slash and changes nothing else.
 std::string appending(std::string path, std::string_view component) {
     if (path.empty() || path.back() != '/') {
         path += '/';

@@ -183,7 +183,7 @@ void SpankWrapper::parseOutput(std::string_view text) {
         outputBuffer += text;
         return;
     }
-    // Handled from locals: a line's console output or an observer must not see a half-split buffer.
+    // The lines are handled from local variables: an observer must not see a half-split buffer.
     std::string firstLine = std::exchange(outputBuffer, std::string());
     outputBuffer = text.substr(text.rfind('\n') + 1);
     firstLine += text.substr(0, lineFeed);
@@ -233,7 +233,7 @@ void SpankWrapper::handleJSON(const DetectorEvent& event, std::string_view line)
             platform.console->print("❌ Spank error: " + event.message);
             break;
         case DetectorEvent::Kind::other:
-            // As it came: it is whole, on one line, and nobody has to rebuild it.
+            // Printed as it came, which is whole and on one line.
             platform.console->print("📋 spank event: " + std::string(line));
             break;
         case DetectorEvent::Kind::nothing:

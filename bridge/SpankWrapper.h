@@ -1,7 +1,8 @@
 // SpankWrapper: the one controller. It holds the detector's settings and the live state that the
 // panel shows, and starts, stops and listens to the detector. Main thread only; its background
 // callbacks and delayed steps reach it through the main queue and hold it weakly, so it is always
-// owned by a shared_ptr. Destroying it stops nothing: a running detector runs on.
+// owned by a shared_ptr. Destroying it stops nothing: a running detector runs on. All else in this
+// room is values and functions without state, for any thread.
 //
 // No operation fails towards its caller: each failure ends in `statusMessage` and on the console.
 #pragma once

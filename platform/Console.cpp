@@ -23,7 +23,7 @@ using namespace std::chrono_literals;
 constexpr auto patience = 500ms;
 constexpr std::size_t pieceSize = 65536;
 
-// Unless nobody reads that either: then nobody is to be told, and nobody may be waited for.
+// Does not wait: where standard error is full as well, the sentence is lost.
 void tellOnStandardError(const std::string& sentence) {
     pollfd writable{STDERR_FILENO, POLLOUT, 0};
     if (::poll(&writable, 1, 0) == 1 && (writable.revents & POLLOUT) != 0) {
@@ -32,8 +32,8 @@ void tellOnStandardError(const std::string& sentence) {
     }
 }
 
-// The lines on their way, shared with the writer: it may be caught in a write for ever, and
-// outlives the console then.
+// The lines on their way. Shared with the writer, which outlives the console if a write never
+// returns.
 struct Lines {
     std::mutex mutex;
     std::condition_variable arrived;  // something to write, or the end
@@ -50,7 +50,7 @@ struct Lines {
     bool mayBeWritten() const { return !waiting.empty() && (bursts == 0 || flushes != 0); }
 };
 
-// In pieces, so that who waits for the end sees how it goes on.
+// Writes in pieces, so that flush() sees the progress.
 void writeInPieces(Lines& lines, std::string_view text) {
     while (!text.empty()) {
         const std::string_view piece = text.substr(0, pieceSize);
@@ -143,13 +143,14 @@ class StandardOutput final : public Console {
         if (hasWriter) {
             lines->arrived.notify_one();
         } else {
-            // No thread was to be had: better a wait than no line.
+            // The system gave no thread for the writer: waiting is better than losing lines.
             writeAll(STDOUT_FILENO, std::exchange(lines->waiting, std::string()));
         }
     }
 
-    // A line longer than all there is has room where nothing else waits. Once lines are dropped,
-    // half of the room must be free again: a slow reader gets long stretches, not single lines.
+    // A line that is longer than the capacity has room if nothing else waits. Once a line has been
+    // dropped, half of the capacity must be free again, so that a slow reader gets long stretches
+    // of lines instead of single ones.
     bool hasRoomFor(std::string_view line) const {
         const std::size_t size = lines->size();
         const std::size_t limit = lines->dropped == 0 ? capacity : capacity / 2;

@@ -26,8 +26,8 @@ class Console {
     // for half a second.
     virtual void flush() {}
 
-    // For as long as it lives, lines wait to be written together: for many lines at a time, whose
-    // writes would cost more than all else that is done with them.
+    // While it lives, lines wait, and are then written together. For many lines at a time: writing
+    // each alone would cost more than everything else that is done with it.
     class [[nodiscard]] Burst {
       public:
         explicit Burst(Console& theConsole) : console(theConsole) { console.beginBurst(); }

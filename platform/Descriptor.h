@@ -51,10 +51,11 @@ struct Pipe {
 // error. A pipe without a reader is one only while SIGPIPE is ignored.
 bool writeAll(int descriptor, std::string_view bytes);
 
-// What a program does first: descriptors 0, 1 and 2 that came closed are opened on /dev/null, so
-// that no later file takes their number and receives console lines; a write to a pipe that has no
-// reader fails instead of ending the program; the status of children that have ended is kept even
-// if the parent had said that nobody wants it. Main thread, before any other thread exists.
+// What a program does first. Those of descriptors 0, 1 and 2 that are closed are opened on
+// /dev/null, so that no later file takes their number and receives console lines. A write to a pipe
+// without a reader fails instead of ending the program. The status of a child that has ended is
+// kept until it is asked for, even if this program was started with SIGCHLD ignored. Main thread,
+// before any other thread exists.
 void prepareStandardStreams();
 
 }  // namespace bonkora::platform

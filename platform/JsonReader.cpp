@@ -71,8 +71,8 @@ class TopLevel final : public nlohmann::json_sax<nlohmann::json> {
 }  // namespace
 
 std::optional<JsonObject> readJsonObject(std::string_view text) {
-    // The library takes a NUL byte for the end of the text, and allocates before it can tell a
-    // plain line from an object: both are cheaper to see here.
+    // The library takes a NUL byte for the end of the text, and allocates memory before it can tell
+    // a plain line from an object. Both are cheaper to check here.
     constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
     if (text.substr(0, byteOrderMark.size()) == byteOrderMark) {
         text.remove_prefix(byteOrderMark.size());

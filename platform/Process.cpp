@@ -75,8 +75,9 @@ class SpawnAttributes {
     int error = 0;
 };
 
-// The child as its waiter and its handle share it. Its number is its own until it is reaped, and
-// it is reaped with the mutex held: so a signal under the mutex reaches the child or nobody.
+// The child, shared by its waiter and its handle. Nobody else can have its number until it is
+// reaped, and it is reaped with the mutex held: a signal sent with the mutex held reaches the child
+// or nobody.
 struct Child {
     enum class Phase { notStarted, failed, running, ended };
 
@@ -100,8 +101,8 @@ struct Child {
     }
 };
 
-// Hands on what is there until the end of the output, which every holder of the writing end has
-// to let go for.
+// Hands on what can be read until the end of the output, which comes when every holder of the
+// writing end has closed it.
 void readToTheEnd(const UniqueDescriptor& output, const Process::ReadabilityHandler& handler) {
     std::array<char, 65536> buffer;
     for (;;) {

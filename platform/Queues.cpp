@@ -50,7 +50,7 @@ class RealGlobalQueue final : public GlobalQueue {
             std::thread(work, pending).detach();
             pending->hasWorker = true;
         } catch (const std::system_error&) {
-            // No thread to be had now: the task waits for the next call.
+            // The system gives no thread now: the task waits for the next call.
         }
     }
 
