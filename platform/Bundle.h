@@ -7,8 +7,6 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/System.h"
-
 namespace bonkora::platform {
 
 struct Bundle {

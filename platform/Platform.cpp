@@ -2,7 +2,6 @@
 
 #include <utility>
 
-#include "platform/FileManager.h"
 #include "platform/System.h"
 
 namespace bonkora::platform {

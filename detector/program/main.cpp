@@ -18,9 +18,7 @@
 #include "detector/program/SensorSource.h"
 #include "detector/sound/Voice.h"
 #include "platform/Bundle.h"
-#include "platform/Pipe.h"
-#include "platform/StandardStreams.h"
-#include "platform/UniqueDescriptor.h"
+#include "platform/Descriptor.h"
 
 namespace bonkora::detector {
 

@@ -13,8 +13,8 @@
 #include "detector/sensing/Accelerometers.h"
 #include "detector/sensing/ScanLayout.h"
 #include "detector/sensing/SystemFiles.h"
+#include "platform/Descriptor.h"
 #include "platform/Text.h"
-#include "platform/UniqueDescriptor.h"
 
 namespace bonkora::detector {
 

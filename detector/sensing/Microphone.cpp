@@ -7,7 +7,7 @@
 #include <utility>
 
 #include "detector/SdlSystem.h"
-#include "platform/UniqueDescriptor.h"
+#include "platform/Descriptor.h"
 
 namespace bonkora::detector {
 

@@ -10,8 +10,8 @@
 #include <utility>
 
 #include "detector/Number.h"
+#include "platform/Descriptor.h"
 #include "platform/Text.h"
-#include "platform/UniqueDescriptor.h"
 
 namespace bonkora::detector {
 

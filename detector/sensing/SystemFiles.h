@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/UniqueDescriptor.h"
+#include "platform/Descriptor.h"
 
 namespace bonkora::detector {
 

@@ -6,7 +6,7 @@
 
 #include <utility>
 
-#include "platform/UniqueDescriptor.h"
+#include "platform/Descriptor.h"
 
 namespace bonkora::detector {
 

@@ -4,7 +4,7 @@
 #include <functional>
 #include <memory>
 
-#include "platform/MainQueue.h"
+#include "platform/Queues.h"
 #include "ui/state/Appearance.h"
 
 namespace bonkora {

@@ -1,6 +1,6 @@
 #include "ui/panel/SettingsSection.h"
 
-#include "platform/FatalError.h"
+#include "platform/Console.h"
 #include "platform/Text.h"
 #include "ui/drawing/Decorations.h"
 #include "ui/panel/PanelLayout.h"

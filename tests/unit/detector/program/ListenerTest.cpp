@@ -10,7 +10,7 @@
 #include <functional>
 #include <utility>
 
-#include "platform/Pipe.h"
+#include "platform/Descriptor.h"
 
 namespace bonkora::detector {
 

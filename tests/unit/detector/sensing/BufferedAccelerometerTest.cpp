@@ -6,7 +6,7 @@
 #include <sys/stat.h>
 
 #include "detector/sensing/Accelerometers.h"
-#include "platform/Pipe.h"
+#include "platform/Descriptor.h"
 #include "tests/support/TemporaryFolder.h"
 
 namespace bonkora::detector {

@@ -1,4 +1,0 @@
-// Now a part of:
-#pragma once
-
-#include "platform/Console.h"
