@@ -4,6 +4,7 @@ Arguments: the folder of the packages, the build folder."""
 import email.utils
 import gzip
 import pathlib
+import platform
 import re
 import subprocess
 import sys
@@ -54,8 +55,13 @@ class Papers(unittest.TestCase):
         contents = self.root / "usr/lib/Bonkora.app/Contents"
         for program in ("MacOS/bonkora", "Resources/spank", "Helpers/osascript",
                         "Helpers/bonkora-elevated"):
-            done = run("hardening-check", "--color", contents / program)
+            # Debian's start files know no control-flow protection, so no program may claim it; ours
+            # are compiled with it all the same.
+            done = run("hardening-check", "--nocfprotection", contents / program)
             self.assertEqual(done.returncode, 0, done.stdout)
+            if platform.machine() == "x86_64":
+                code = run("objdump", "--disassemble", contents / program).stdout
+                self.assertGreater(code.count("endbr64"), 20, program)
 
     def testTheOtherDistributionsPapersNameTheSameVersion(self):
         for file, line in (("arch/PKGBUILD", f"pkgver={VERSION}"),
