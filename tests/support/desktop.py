@@ -18,6 +18,7 @@ from gi.repository import Atspi, Gio, GLib  # noqa: E402
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 PATIENCE = 15    # seconds until something that should happen counts as not happening
+START_PATIENCE = 240    # a cold start on a slow machine; an application that ends is noticed at once
 POLL = 0.02
 ROLES = {"button": "push button"}    # the name that later accessibility libraries give -> the earlier one
 
@@ -137,7 +138,10 @@ class Application:
 
     def click(self):
         """Clicks the menu-bar item: in the tray where it is embedded, else over the session bus."""
-        window = waitFor(lambda: self.trayWindow() or self.hasBusItem(), "a menu-bar item")
+        def item():
+            check(self.process.poll() is None, "the application lives until it has a menu-bar item")
+            return self.trayWindow() or self.hasBusItem()
+        window = waitFor(item, "a menu-bar item", START_PATIENCE)
         if window is True:
             Gio.bus_get_sync(Gio.BusType.SESSION).call_sync(
                 self.busName(), "/StatusNotifierItem", "org.kde.StatusNotifierItem", "Activate",
