@@ -133,6 +133,13 @@ class Clone(unittest.TestCase):
             self.assertEqual((done.returncode, done.stdout), (1, ""))
             self.assertRegex(done.stderr, r"\AThis clone cannot be built: .*\n\Z")
 
+    def testAPathThatCMakeCannotTakeIsRefusedInALine(self):
+        for name in ('a "b"', "a;b", "a\\b"):
+            folder = shutil.copytree(self.folder, self.folder.parent / name)
+            done = run(folder / "run")
+            self.assertEqual((done.returncode, done.stdout), (1, ""))
+            self.assertRegex(done.stderr, r"\AThis clone cannot be built: CMake .*\n\Z")
+
     def testATestThatEndsBeforeItsTestsFailsWithoutFurtherComplaint(self):
         packages = self.folder / "scripts" / "install-packages"
         packages.write_text("#!/bin/sh\necho No package today\nexit 1\n")
