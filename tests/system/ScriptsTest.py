@@ -149,6 +149,45 @@ class Clone(unittest.TestCase):
         self.assertIn("1 of 1 phases failed", done.stdout)
 
 
+    def runTestWithStandIns(self, **more):
+        """./test, with a CTest of which one test can be run by root only."""
+        for name in ("scripts/test-results",):
+            shutil.copy(ROOT / name, self.folder / name)
+        programs = {"scripts/install-packages": "", "bin/cmake": "", "bin/chown": "",
+                    "bin/sudo": 'shift; root=yes exec "$@"', "bin/ctest": """
+            for word; do case $before in --output-junit) file=$word ;; esac; before=$word; done
+            case "$root $*" in
+                yes*) echo '<testcase name="late" status="run"/>' ;;
+                *-L\\ system*) echo '<testcase name="late" status="notrun"><skipped/><system-out>' \\
+                    'SKIPPED: only root can' '</system-out></testcase>' | sed 's/> SKIP/>SKIP/' ;;
+                *) echo '<testcase name="quick" status="run"/>' ;;
+            esac | sed 's|.*|<suite>&</suite>|' >"$file"
+            """.replace("\\\\", "\\")}
+        (self.folder / "bin").mkdir()
+        for name, script in programs.items():
+            (self.folder / name).write_text(f"#!/bin/bash\n{script}\n")
+            (self.folder / name).chmod(0o755)
+        for folder in (self.folder.parent, self.folder):
+            folder.chmod(0o777)
+        return run(self.folder / "test", env={"PATH": f"{self.folder}/bin:/usr/bin:/bin"},
+                   stdin=subprocess.DEVNULL, **more)
+
+    def testWhatWasSkippedIsListedAndHasNotPassed(self):
+        done = self.runTestWithStandIns()
+        self.assertEqual(done.returncode, 0, done.stdout + done.stderr)
+        if os.getuid() == 0:
+            self.assertIn("1 of 2 tests passed", done.stdout)
+            self.assertIn("not passed:\n  late: only root can\n", done.stdout)
+            self.assertIn("skipped: 1.", done.stdout)
+
+    @unittest.skipUnless(os.getuid() == 0, "only root can become a plain user")
+    def testWhatOnlyRootCanDoIsRunThroughSudo(self):
+        done = self.runTestWithStandIns(user="nobody", group="nogroup", extra_groups=[])
+        self.assertEqual(done.returncode, 0, done.stdout + done.stderr)
+        self.assertIn("2 of 2 tests passed", done.stdout)
+        self.assertIn("skipped: 0.", done.stdout)
+
+
 class TestResults(unittest.TestCase):
     REPORT = """<testsuite>
         <testcase name="a.fine" status="run"/>
