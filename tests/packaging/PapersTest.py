@@ -63,6 +63,15 @@ class Papers(unittest.TestCase):
                 code = run("objdump", "--disassemble", contents / program).stdout
                 self.assertGreater(code.count("endbr64"), 20, program)
 
+    def testWhatBuildingNeedsIsWhatThePackageBuildsWith(self):
+        named = {re.match(r"[a-z0-9.+-]*", line)[0] for line in
+                 (ROOT / "scripts/packages/build").read_text().splitlines()}
+        forTests = {"libgtest-dev", "libgmock-dev", "libsimdjson-dev"}
+        taken = {"g++", ""}    # every Debian builder has a compiler
+        control = (ROOT / "debian/control").read_text().partition("\n\n")[0]
+        for package in named - forTests - taken:
+            self.assertRegex(control, rf"[ ,]{re.escape(package)}[ ,]", package)
+
     def testTheOtherDistributionsPapersNameTheSameVersion(self):
         for file, line in (("arch/PKGBUILD", f"pkgver={VERSION}"),
                            ("rpm/bonkora.rpmspec", f"Version:        {VERSION}")):
