@@ -26,21 +26,35 @@ class Watch final : public QObject {
   private:
     // Called after every change: a replaced file is a new file, and a folder may appear or go.
     void follow() {
+        QString folder = innermostFolder();
+        // Until nothing has changed meanwhile: a folder that is made after the search for it and
+        // before its parent is watched is announced by nobody.
+        for (QString watched; folder != watched; folder = innermostFolder()) {
+            watched = folder;
+            watchFolder(watched);
+        }
+        // The folder first: it announces a file that appears before the file itself is watched.
+        if (!watcher.files().contains(file) && QFileInfo::exists(file)) {
+            watcher.addPath(file);
+        }
+    }
+
+    QString innermostFolder() const {
         QDir folder = QFileInfo(file).dir();
         while (!folder.exists() && !folder.isRoot()) {
             folder.setPath(QFileInfo(folder.path()).path());
         }
+        return folder.path();
+    }
+
+    void watchFolder(const QString& folder) {
         for (const QString& path : watcher.files() + watcher.directories()) {
-            if (path != folder.path() && path != file) {
+            if (path != folder && path != file) {
                 watcher.removePath(path);
             }
         }
-        // The folder first: it announces a file that appears before the file itself is watched.
-        if (!watcher.directories().contains(folder.path())) {
-            watcher.addPath(folder.path());
-        }
-        if (!watcher.files().contains(file) && QFileInfo::exists(file)) {
-            watcher.addPath(file);
+        if (!watcher.directories().contains(folder)) {
+            watcher.addPath(folder);
         }
     }
 

@@ -1,5 +1,7 @@
 #include <QTest>
+#include <chrono>
 #include <filesystem>
+#include <thread>
 
 #include "tests/support/TemporaryFolder.h"
 #include "ui/state/AppStorage.h"
@@ -85,6 +87,25 @@ class AppStorageTest final : public QObject {
         // the file system's clock may not be over yet.
         configuration.store("88");
         QTRY_COMPARE_WITH_TIMEOUT(storage.get(), 88, 1000);
+    }
+
+    // Made one after the other by another thread, while this one goes from folder to folder.
+    void foldersMadeWhileTheirParentsAreLookedForAreFollowed() {
+        for (int round = 0; round < 60; ++round) {
+            Configuration configuration;
+            AppStorage storage("slapCounterTotal", 0);
+            std::thread maker([&] {
+                std::filesystem::create_directory(configuration.folder / "config");
+                const auto pause = std::chrono::microseconds(20 * round);
+                const auto until = std::chrono::steady_clock::now() + pause;
+                while (std::chrono::steady_clock::now() < until) {
+                }
+                configuration.store("7");
+            });
+            QTest::qWait(1);
+            maker.join();
+            QTRY_COMPARE_WITH_TIMEOUT(storage.get(), 7, 1000);
+        }
     }
 
     void aFileReplacedByAnotherIsFollowed() {
