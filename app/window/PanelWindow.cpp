@@ -1,7 +1,6 @@
 #include "app/window/PanelWindow.h"
 
 #include <QApplication>
-#include <QBitmap>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
@@ -149,14 +148,6 @@ void PanelWindow::closeEvent(QCloseEvent* event) {
     emit closed();
 }
 
-void PanelWindow::resizeEvent(QResizeEvent* event) {
-    QWidget::resizeEvent(event);
-    if (panelStyle == Style::dropDown && !isBlended) {
-        setMask(
-            QRegion(shapes::continuousRectangle(rect(), cornerRadius).toFillPolygon().toPolygon()));
-    }
-}
-
 void PanelWindow::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     const QColor color = content->palette().color(colorRole::window);
@@ -164,15 +155,18 @@ void PanelWindow::paintEvent(QPaintEvent*) {
         painter.fillRect(rect(), color);
         return;
     }
-    painter.setRenderHint(QPainter::Antialiasing);
-    if (isBlended) {
-        painter.fillPath(shapes::continuousRectangle(rect(), cornerRadius), color);
-    } else {
-        painter.fillRect(rect(), color);
+    const QColor hairline = content->palette().color(colorRole::hairline);
+    if (!isBlended) {
+        // A window's shape has hard steps of whole logical pixels where nothing blends it into what
+        // lies behind. Straight corners are clean at every scale.
+        painter.fillRect(rect(), composited(hairline, color));
+        painter.fillRect(rect().adjusted(1, 1, -1, -1), color);
+        return;
     }
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.fillPath(shapes::continuousRectangle(rect(), cornerRadius), color);
     const QRectF edge = QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5);
-    painter.strokePath(shapes::continuousRectangle(edge, cornerRadius),
-                       content->palette().color(colorRole::hairline));
+    painter.strokePath(shapes::continuousRectangle(edge, cornerRadius), hairline);
 }
 
 }  // namespace bonkora
