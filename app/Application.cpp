@@ -16,6 +16,7 @@
 #include "platform/Bundle.h"
 #include "platform/Platform.h"
 #include "ui/controls/Accessibility.h"
+#include "ui/drawing/Colors.h"
 
 namespace bonkora {
 
@@ -46,7 +47,7 @@ int runScene(const platform::Bundle& bundle, SingleInstance& instance) {
                      &QCoreApplication::quit);
 
     Appearance appearance;
-    const DesktopAppearance desktopAppearance(appearance);
+    const DesktopAppearance desktopAppearance(appearance, applicationPalette);
     installAccessibility();
 
     BonkoraApp app(

@@ -1,8 +1,12 @@
-// DesktopAppearance: keeps an Appearance equal to the desktop's, also while running. What the
+// DesktopAppearance: keeps an Appearance equal to the desktop's, also while running, and gives the
+// same appearance to the windows that the toolkit draws: menus, tool tips, dialogs. What the
 // desktop says of itself counts first, then the colours it gives to windows. Main thread.
 #pragma once
 
 #include <QObject>
+#include <QPalette>
+#include <QSet>
+#include <QString>
 #include <memory>
 #include <optional>
 
@@ -14,11 +18,16 @@ class DesktopAppearance final : public QObject {
     Q_OBJECT
 
   public:
+    // What the toolkit's windows look like where the desktop gives them other colours than it says.
+    using PaletteFor = QPalette (*)(bool isDark);
+
     // `appearance` outlives this.
-    explicit DesktopAppearance(Appearance& appearance);
+    DesktopAppearance(Appearance& appearance, PaletteFor paletteFor);
 
     // What the desktop says; nothing where it has no preference.
     void prefer(std::optional<bool> isDark);
+    // One of the desktop's settings asks for less motion, or does so no more. One is enough.
+    void reduceMotion(const QString& setting, bool isReduced);
 
   protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -30,7 +39,10 @@ class DesktopAppearance final : public QObject {
     void decide();
 
     Appearance& appearance;
+    const PaletteFor paletteFor;
     std::optional<bool> preference;
+    QSet<QString> motionReducers;
+    bool isDeciding = false;
     std::unique_ptr<QObject> source;
 };
 

@@ -4,6 +4,7 @@
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <QDBusVariant>
+#include <utility>
 
 #include "app/desktop/DesktopAppearance.h"
 #include "app/desktop/SessionBus.h"
@@ -16,16 +17,35 @@ namespace {
 const QString service = "org.freedesktop.portal.Desktop";
 const QString path = "/org/freedesktop/portal/desktop";
 const QString interface = "org.freedesktop.portal.Settings";
-const QString settingSpace = "org.freedesktop.appearance";
-const QString settingKey = "color-scheme";
+// Desktops say in three ways that things are not to move.
+const QString appearanceSpace = "org.freedesktop.appearance";
+const QString colorScheme = "color-scheme";
+const QString reducedMotion = "reduced-motion";
+const QString gnomeSpace = "org.gnome.desktop.interface";
+const QString enableAnimations = "enable-animations";
+const QString kdeSpace = "org.kde.kdeglobals.KDE";
+const QString animationDurationFactor = "AnimationDurationFactor";
+const std::pair<QString, QString> settings[] = {{appearanceSpace, colorScheme},
+                                                {appearanceSpace, reducedMotion},
+                                                {gnomeSpace, enableAnimations},
+                                                {kdeSpace, animationDurationFactor}};
 
 constexpr uint prefersDark = 1;
 constexpr uint prefersLight = 2;
+constexpr uint prefersReducedMotion = 1;
+
+// What is asked for comes wrapped once more than what is announced.
+QVariant unwrapped(QVariant value) {
+    while (value.canConvert<QDBusVariant>()) {
+        value = value.value<QDBusVariant>().variant();
+    }
+    return value;
+}
 
 }  // namespace
 
-// What the desktop portal says about light and dark, at first and whenever it changes. Silent where
-// there is no portal.
+// What the desktop portal says about light and dark and about motion, at first and whenever it
+// changes. Silent where there is no portal.
 class AppearancePortal final : public QObject {
     Q_OBJECT
 
@@ -35,12 +55,14 @@ class AppearancePortal final : public QObject {
   signals:
     // Nothing for "no preference".
     void answered(std::optional<bool> isDark);
+    void motionAnswered(const QString& setting, bool isReduced);
 
   private slots:
     void settingChanged(const QString& space, const QString& key, const QDBusVariant& value);
 
   private:
-    void report(const QVariant& value);
+    void ask(const QString& space, const QString& key);
+    void report(const QString& space, const QString& key, const QVariant& value);
 };
 
 AppearancePortal::AppearancePortal() {
@@ -51,13 +73,20 @@ AppearancePortal::AppearancePortal() {
                      SLOT(settingChanged(QString, QString, QDBusVariant)))) {
         qWarning("bonkora: changes between light and dark will not be heard");
     }
+    for (const auto& [space, key] : settings) {
+        ask(space, key);
+    }
+}
+
+void AppearancePortal::ask(const QString& space, const QString& key) {
     QDBusMessage question = QDBusMessage::createMethodCall(service, path, interface, "Read");
-    question << settingSpace << settingKey;
-    auto* call = new QDBusPendingCallWatcher(bus.asyncCall(question), this);
-    connect(call, &QDBusPendingCallWatcher::finished, this, [this, call] {
+    question << space << key;
+    auto* call =
+        new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(question), this);
+    connect(call, &QDBusPendingCallWatcher::finished, this, [this, call, space, key] {
         const QDBusPendingReply<QDBusVariant> reply = *call;
         if (!reply.isError()) {
-            report(reply.value().variant());
+            report(space, key, reply.value().variant());
         }
         call->deleteLater();
     });
@@ -65,19 +94,25 @@ AppearancePortal::AppearancePortal() {
 
 void AppearancePortal::settingChanged(const QString& space, const QString& key,
                                       const QDBusVariant& value) {
-    if (space == settingSpace && key == settingKey) {
-        report(value.variant());
-    }
+    report(space, key, value.variant());
 }
 
-void AppearancePortal::report(const QVariant& value) {
-    // The first answer comes wrapped once more.
-    const QVariant inner =
-        value.canConvert<QDBusVariant>() ? value.value<QDBusVariant>().variant() : value;
-    const uint scheme = inner.toUInt();
-    emit answered(scheme == prefersDark    ? std::optional(true)
-                  : scheme == prefersLight ? std::optional(false)
-                                           : std::nullopt);
+void AppearancePortal::report(const QString& space, const QString& key, const QVariant& wrapped) {
+    const QVariant value = unwrapped(wrapped);
+    if (space == appearanceSpace && key == colorScheme) {
+        const uint scheme = value.toUInt();
+        emit answered(scheme == prefersDark    ? std::optional(true)
+                      : scheme == prefersLight ? std::optional(false)
+                                               : std::nullopt);
+    } else if (space == appearanceSpace && key == reducedMotion) {
+        emit motionAnswered(key, value.toUInt() == prefersReducedMotion);
+    } else if (space == gnomeSpace && key == enableAnimations) {
+        emit motionAnswered(key, !value.toBool());
+    } else if (space == kdeSpace && key == animationDurationFactor) {
+        bool isNumber = false;
+        const double factor = value.toDouble(&isNumber);
+        emit motionAnswered(key, isNumber && factor == 0.0);
+    }
 }
 
 // The two voices of a Linux desktop: the portal, which knows the user's wish itself, before the
@@ -92,6 +127,8 @@ class DesktopVoices final : public QObject {
                         byPortal = isDark;
                         tell();
                     });
+            connect(&*portal, &AppearancePortal::motionAnswered, &receiver,
+                    &DesktopAppearance::reduceMotion);
         }
         // Once the receiver is whole.
         QMetaObject::invokeMethod(

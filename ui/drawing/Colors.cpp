@@ -78,6 +78,30 @@ QPalette panelPalette(bool isDark) {
     return palette;
 }
 
+QPalette applicationPalette(bool isDark) {
+    const Colors colors = isDark ? darkColors() : lightColors();
+    const QColor button = isDark ? QColor(0x45, 0x45, 0x45) : QColor(0xF4, 0xF4, 0xF4);
+    // From the two colours, the constructor derives the shades of frames and bevels.
+    QPalette palette(button, colors.window);
+    const QColor text = composited(colors.primary, colors.window);
+    const QColor faint = composited(colors.secondary, colors.window);
+    for (const auto role :
+         {QPalette::WindowText, QPalette::Text, QPalette::ButtonText, QPalette::ToolTipText}) {
+        palette.setColor(role, text);
+        palette.setColor(QPalette::Disabled, role, faint);
+    }
+    palette.setColor(QPalette::Base, colors.controlBackground);
+    palette.setColor(QPalette::AlternateBase, colors.window);
+    palette.setColor(QPalette::ToolTipBase, colors.controlBackground);
+    palette.setColor(QPalette::PlaceholderText, colors.secondary);
+    palette.setColor(QPalette::BrightText, colors.red);
+    palette.setColor(QPalette::Highlight, accentColor);
+    palette.setColor(QPalette::HighlightedText, Qt::black);
+    palette.setColor(QPalette::Link, colors.focusRing);
+    palette.setColor(QPalette::LinkVisited, colors.focusRing);
+    return palette;
+}
+
 QColor composited(const QColor& over, const QColor& under) {
     const float alpha = over.alphaF();
     const auto mix = [alpha](float above, float below) {

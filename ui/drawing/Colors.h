@@ -28,6 +28,8 @@ inline constexpr auto hairline = QPalette::Shadow;  // the panel's edge
 }  // namespace colorRole
 
 QPalette panelPalette(bool isDark);
+// For the windows that the toolkit draws itself: menus, tool tips and dialogs, in light and dark.
+QPalette applicationPalette(bool isDark);
 
 // The colour seen where `over` lies on `under`, which is opaque.
 QColor composited(const QColor& over, const QColor& under);

@@ -1,4 +1,4 @@
-// Appearance: whether the desktop is light or dark.
+// Appearance: whether the desktop is light or dark, and whether its user wants things to move.
 #pragma once
 
 #include <QObject>
@@ -12,6 +12,9 @@ class Appearance final : public QObject {
     explicit Appearance(bool isDark = false) : dark(isDark) {}
 
     bool isDark() const { return dark; }
+    // Asked whenever something could move; nobody waits for it to change.
+    bool isMotionReduced() const { return motionReduced; }
+    void setMotionReduced(bool isReduced) { motionReduced = isReduced; }
     void setDark(bool isDark) {
         if (isDark != dark) {
             dark = isDark;
@@ -24,6 +27,7 @@ class Appearance final : public QObject {
 
   private:
     bool dark;
+    bool motionReduced = false;
 };
 
 }  // namespace bonkora

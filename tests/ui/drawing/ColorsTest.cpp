@@ -58,6 +58,28 @@ class ColorsTest final : public QObject {
         }
     }
 
+    void theToolkitsOwnWindowsFollowLightAndDarkAndCanBeRead() {
+        for (const bool isDark : {false, true}) {
+            const QPalette palette = applicationPalette(isDark);
+            const std::pair<QPalette::ColorRole, QPalette::ColorRole> pairs[] = {
+                {QPalette::WindowText, QPalette::Window},
+                {QPalette::Text, QPalette::Base},
+                {QPalette::Text, QPalette::AlternateBase},
+                {QPalette::ButtonText, QPalette::Button},
+                {QPalette::ToolTipText, QPalette::ToolTipBase},
+                {QPalette::HighlightedText, QPalette::Highlight},
+                {QPalette::Link, QPalette::Base}};
+            for (const auto& [text, ground] : pairs) {
+                const double ratio = contrastRatio(palette.color(text), palette.color(ground));
+                QVERIFY2(ratio >= forText, qPrintable(QString("role %1: %2").arg(text).arg(ratio)));
+            }
+            for (const auto role :
+                 {QPalette::Window, QPalette::Base, QPalette::Button, QPalette::ToolTipBase}) {
+                QCOMPARE(palette.color(role).lightness() < 128, isDark);
+            }
+        }
+    }
+
     void whiteOnTheRunningButtonCanBeRead() {
         QVERIFY(contrastRatio(Qt::white, runningColor) >= forText);
     }
