@@ -1,6 +1,7 @@
 #include "ui/drawing/Decorations.h"
 
 #include <QPainter>
+#include <cmath>
 
 #include "ui/drawing/Colors.h"
 #include "ui/drawing/Shapes.h"
@@ -42,14 +43,16 @@ void StatusDot::paintEvent(QPaintEvent*) {
     painter.drawEllipse(rect());
 }
 
-SymbolView::SymbolView(Symbol theSymbol, int size, QPalette::ColorRole theColor)
-    : symbol(theSymbol), color(theColor) {
-    setFixedSize(size, size);
+SymbolView::SymbolView(Symbol symbol, int size, QPalette::ColorRole theColor)
+    : outline(symbolPath(symbol, QRectF(0, 0, size, size))), color(theColor) {
+    setFixedSize(static_cast<int>(std::ceil(outline.boundingRect().width())), size);
 }
 
 void SymbolView::paintEvent(QPaintEvent*) {
     QPainter painter(this);
-    drawSymbol(painter, symbol, rect(), palette().color(color));
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.translate(-outline.boundingRect().left(), 0);
+    painter.fillPath(outline, palette().color(color));
 }
 
 }  // namespace bonkora

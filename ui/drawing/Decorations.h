@@ -51,7 +51,8 @@ class StatusDot final : public QWidget {
     QPalette::ColorRole color;
 };
 
-// SymbolView: one symbol in one colour role.
+// SymbolView: one symbol in one colour role, `size` pixels high and as wide as its drawing, so that
+// it lines up with what stands above and below.
 class SymbolView final : public QWidget {
     Q_OBJECT
 
@@ -62,7 +63,7 @@ class SymbolView final : public QWidget {
     void paintEvent(QPaintEvent* event) override;
 
   private:
-    const Symbol symbol;
+    const QPainterPath outline;
     const QPalette::ColorRole color;
 };
 
