@@ -230,6 +230,22 @@ class WholePanel(unittest.TestCase):
         self.expectRestart(lambda: self.flip("Volume scales with force"), scaling=False)
         self.expectRestart(lambda: self.flip("Fast detection"), fast=False)
 
+    def testAfterANewStartOfTheApplicationEverySettingIsAsAtTheFirst(self):
+        self.choose("Custom")
+        self.type("/music")
+        self.app.setValue("Sensitivity", 0.305)
+        self.app.setValue("Cooldown", 1200)
+        self.flip("Volume scales with force")
+        self.flip("Fast detection")
+        self.app.end()
+        self.app = self.enterContext(desktop.Application(
+            self.bundle, self.folder / "console2", self.folder / "errors2"))
+        self.app.openPanel()
+        self.settings = dict(SETTINGS)
+        self.start()
+        self.expectRestart(lambda: self.choose("Custom"))    # without a folder, again
+        self.assertEqual(self.path(), "")
+
     def testTheKeyboardAloneReachesEverything(self):
         reached = []
         desktop.xdotool("mousemove", "5", "790")

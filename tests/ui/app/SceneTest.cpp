@@ -95,6 +95,11 @@ class SceneTest final : public QObject {
         const auto scene = app.body();
         QCOMPARE(scene.observed.size(), std::size_t{2});
         QVERIFY(scene.observed.front() == panel.controller.get());
+        int announcements = 0;
+        const auto subscription =
+            scene.observed.back()->objectWillChange.sink([&] { ++announcements; });
+        panel.store("[General]\nslapCounterTotal=12\n");
+        QTRY_COMPARE_WITH_TIMEOUT(announcements, 1, 1000);
     }
 };
 
