@@ -27,6 +27,7 @@
 #include "app/QtMainQueue.h"
 #include "bridge/SpankWrapper.h"
 #include "platform/Descriptor.h"
+#include "ui/controls/TextLabel.h"
 #include "ui/panel/MenuBarContentView.h"
 
 namespace bonkora {
@@ -45,8 +46,10 @@ class PaintWatch final : public QObject {
   protected:
     bool eventFilter(QObject* object, QEvent* event) override {
         if (event->type() == QEvent::Paint && !expected.isEmpty()) {
-            const auto* const label = qobject_cast<QLabel*>(object);
-            if (label != nullptr && label->text() == expected) {
+            const auto* const ours = qobject_cast<bonkora::TextLabel*>(object);
+            const auto* const plain = qobject_cast<QLabel*>(object);
+            if ((ours != nullptr && ours->text() == expected) ||
+                (plain != nullptr && plain->text() == expected)) {
                 expected.clear();
                 painted();
             }

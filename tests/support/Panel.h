@@ -3,7 +3,6 @@
 // mouse and keys.
 #pragma once
 
-#include <QLabel>
 #include <QSettings>
 #include <QSignalSpy>
 #include <QTest>
@@ -14,6 +13,7 @@
 #include "ui/controls/Buttons.h"
 #include "ui/controls/FolderField.h"
 #include "ui/controls/StepSlider.h"
+#include "ui/controls/TextLabel.h"
 #include "ui/controls/ToggleRow.h"
 #include "ui/drawing/Decorations.h"
 #include "ui/panel/MenuBarContentView.h"
@@ -80,7 +80,7 @@ class Panel {
     }
     std::size_t launches() const { return system.processes->made.size(); }
 
-    QLabel* label(const QString& text) const { return withText<QLabel>(text); }
+    TextLabel* label(const QString& text) const { return withText<TextLabel>(text); }
     Pressable* button(const QString& text) const { return withText<Pressable>(text); }
     ModeRow* row(const QString& title) const { return withText<ModeRow>(title); }
     ToggleRow* toggle(const QString& title) const { return withText<ToggleRow>(title); }

@@ -5,6 +5,7 @@
 
 #include "ui/controls/Buttons.h"
 #include "ui/controls/StepSlider.h"
+#include "ui/controls/TextLabel.h"
 
 namespace bonkora {
 
@@ -70,12 +71,28 @@ class AccessibleSlider final : public QAccessibleWidget, public QAccessibleValue
     StepSlider& slider;
 };
 
+class AccessibleLabel final : public QAccessibleWidget {
+  public:
+    explicit AccessibleLabel(TextLabel& theLabel)
+        : QAccessibleWidget(&theLabel, QAccessible::StaticText), label(theLabel) {}
+
+    QString text(QAccessible::Text kind) const override {
+        return kind == QAccessible::Name ? label.text() : QAccessibleWidget::text(kind);
+    }
+
+  private:
+    TextLabel& label;
+};
+
 QAccessibleInterface* makeInterface(const QString&, QObject* object) {
     if (auto* pressable = qobject_cast<Pressable*>(object)) {
         return new AccessiblePressable(*pressable);
     }
     if (auto* slider = qobject_cast<StepSlider*>(object)) {
         return new AccessibleSlider(*slider);
+    }
+    if (auto* label = qobject_cast<TextLabel*>(object)) {
+        return new AccessibleLabel(*label);
     }
     return nullptr;
 }

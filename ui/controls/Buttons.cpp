@@ -40,19 +40,13 @@ void Pressable::keyPressEvent(QKeyEvent* event) {
 }
 
 void Pressable::focusInEvent(QFocusEvent* event) {
-    ring.follow(*event);
+    followFocus(*event);
     QAbstractButton::focusInEvent(event);
 }
 
 void Pressable::focusOutEvent(QFocusEvent* event) {
-    ring.follow(*event);
+    followFocus(*event);
     QAbstractButton::focusOutEvent(event);
-}
-
-void Pressable::drawFocusRing(QPainter& painter, qreal radius) const {
-    if (hasFocus() && ring.isShown()) {
-        FocusRing::draw(painter, rect(), radius, palette().color(colorRole::focusRing));
-    }
 }
 
 void Pressable::announceOn() {
@@ -77,7 +71,15 @@ void PlainButton::paintEvent(QPaintEvent*) {
     QColor shade = palette().color(color);
     shade.setAlphaF(isDown() ? 0.5F : 1.0F);
     textPainter::drawLine(painter, rect(), text(), look, shade);
-    drawFocusRing(painter, 3);
+}
+
+// A little air beside and above the letters.
+QRectF PlainButton::focusBox() const {
+    return QRectF(rect()).adjusted(-2, -1, 2, 1);
+}
+
+qreal PlainButton::focusRadius() const {
+    return 3;
 }
 
 RunButton::RunButton() : Pressable(QAccessible::Button) {
@@ -109,7 +111,10 @@ void RunButton::paintEvent(QPaintEvent*) {
     drawSymbol(painter, showsRunning ? Symbol::stopFill : Symbol::playFill, symbol, Qt::white);
     const QRectF word = QRectF(rect()).adjusted(symbol.right() + spacing, 0, 0, 0);
     textPainter::drawLine(painter, word, text(), wordStyle, Qt::white);
-    drawFocusRing(painter, cornerRadius);
+}
+
+qreal RunButton::focusRadius() const {
+    return cornerRadius;
 }
 
 }  // namespace bonkora

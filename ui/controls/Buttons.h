@@ -12,7 +12,7 @@ namespace bonkora {
 // Pressable: what the painted buttons share. It is pressed by mouse, space or enter, is reached by
 // Tab, shows a focus ring and has a role for assistive technology. Its only state is what it was
 // last told to display.
-class Pressable : public QAbstractButton {
+class Pressable : public QAbstractButton, public FocusTarget {
     Q_OBJECT
 
   public:
@@ -23,20 +23,18 @@ class Pressable : public QAbstractButton {
     virtual bool isOn() const { return false; }
 
     QSize minimumSizeHint() const override { return sizeHint(); }
+    QRectF focusBox() const override { return rect(); }
 
   protected:
     void keyPressEvent(QKeyEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
 
-    // Draws the ring if it is shown at present.
-    void drawFocusRing(QPainter& painter, qreal radius) const;
     // Tells assistive technology that isOn() has changed.
     void announceOn();
 
   private:
     const QAccessible::Role accessibleRole;
-    FocusRing ring;
 };
 
 // PlainButton: a word that can be pressed, without bezel or background.
@@ -47,6 +45,8 @@ class PlainButton final : public Pressable {
     PlainButton(const TextStyle& style, QPalette::ColorRole color, const QString& text);
 
     QSize sizeHint() const override;
+    QRectF focusBox() const override;
+    qreal focusRadius() const override;
 
   protected:
     void paintEvent(QPaintEvent* event) override;
@@ -68,6 +68,7 @@ class RunButton final : public Pressable {
     void display(bool isRunning);
 
     QSize sizeHint() const override;
+    qreal focusRadius() const override;
 
   protected:
     void paintEvent(QPaintEvent* event) override;

@@ -40,6 +40,10 @@ QSize FolderField::sizeHint() const {
     return {100, fieldHeight};
 }
 
+qreal FolderField::focusRadius() const {
+    return cornerRadius;
+}
+
 void FolderField::paintEvent(QPaintEvent* event) {
     {
         QPainter painter(this);
@@ -48,9 +52,6 @@ void FolderField::paintEvent(QPaintEvent* event) {
         const QPainterPath outline = shapes::continuousRectangle(box, cornerRadius);
         painter.fillPath(outline, parentWidget()->palette().color(colorRole::controlBackground));
         painter.strokePath(outline, palette().color(colorRole::track));
-        if (hasFocus()) {
-            FocusRing::draw(painter, rect(), cornerRadius, palette().color(colorRole::focusRing));
-        }
     }
     QLineEdit::paintEvent(event);
 }

@@ -7,7 +7,7 @@
 
 namespace bonkora {
 
-class FolderField final : public QLineEdit {
+class FolderField final : public QLineEdit, public FocusTarget {
     Q_OBJECT
 
   public:
@@ -17,6 +17,10 @@ class FolderField final : public QLineEdit {
     void display(const QString& text);
 
     QSize sizeHint() const override;
+    QRectF focusBox() const override { return rect(); }
+    qreal focusRadius() const override;
+    // What is typed goes here, however the focus has come.
+    bool showsFocus() const override { return true; }
 
   protected:
     void paintEvent(QPaintEvent* event) override;

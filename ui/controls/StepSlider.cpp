@@ -1,6 +1,7 @@
 #include "ui/controls/StepSlider.h"
 
 #include <QAccessible>
+#include <QCoreApplication>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
@@ -48,7 +49,7 @@ std::optional<int> stepsOf(int key, int lastTick) {
 StepSlider::StepSlider(const SliderRange& theRange, const QString& accessibleName)
     : range(theRange), shown(theRange.lowest()) {
     setAccessibleName(accessibleName);
-    setFocusPolicy(Qt::StrongFocus);
+    setFocusPolicy(Qt::TabFocus);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     quiet.setSingleShot(true);
     quiet.setInterval(quietMilliseconds);
@@ -74,17 +75,40 @@ void StepSlider::edit(double value) {
 void StepSlider::begin(Editing by) {
     if (editing == Editing::none) {
         editing = by;
+        before = shown;
+        qApp->installEventFilter(this);
         emit editingChanged(true);
     }
 }
 
 void StepSlider::end() {
+    const bool wasEditing = editing != Editing::none;
+    stopEditing();
+    if (wasEditing) {
+        emit editingChanged(false);
+    }
+}
+
+void StepSlider::takeBack() {
+    stopEditing();
+    if (shown != before) {
+        display(before);
+        emit valueChanged(shown);
+    }
+}
+
+void StepSlider::stopEditing() {
     quiet.stop();
     wheelAngle = 0;
-    if (editing != Editing::none) {
-        editing = Editing::none;
-        update();
-        emit editingChanged(false);
+    qApp->removeEventFilter(this);
+    editing = Editing::none;
+    update();
+}
+
+void StepSlider::step(Editing by, int steps) {
+    if (std::clamp(tick() + steps, 0, range.lastTick) != tick()) {
+        begin(by);
+        moveTo(tick() + steps);
     }
 }
 
@@ -146,8 +170,7 @@ void StepSlider::keyPressEvent(QKeyEvent* event) {
     if (editing == Editing::wheel) {
         end();
     }
-    begin(Editing::key);
-    moveTo(tick() + *steps);
+    step(Editing::key, *steps);
 }
 
 void StepSlider::keyReleaseEvent(QKeyEvent* event) {
@@ -160,27 +183,27 @@ void StepSlider::keyReleaseEvent(QKeyEvent* event) {
 }
 
 void StepSlider::wheelEvent(QWheelEvent* event) {
-    if (!hasFocus() || editing == Editing::mouse || editing == Editing::key) {
+    const bool isInUse = hasFocus() && showsFocus();
+    if (!isInUse || editing == Editing::mouse || editing == Editing::key) {
         event->ignore();  // then the wheel scrolls the panel
         return;
     }
     wheelAngle += event->angleDelta().y();
     const int steps = wheelAngle / anglePerStep;
     wheelAngle -= steps * anglePerStep;
-    if (steps != 0) {
-        begin(Editing::wheel);
-        moveTo(tick() + steps);
+    step(Editing::wheel, steps);
+    if (editing == Editing::wheel && steps != 0) {
         quiet.start();
     }
 }
 
 void StepSlider::focusInEvent(QFocusEvent* event) {
-    ring.follow(*event);
+    followFocus(*event);
     QWidget::focusInEvent(event);
 }
 
 void StepSlider::focusOutEvent(QFocusEvent* event) {
-    ring.follow(*event);
+    followFocus(*event);
     if (editing != Editing::mouse) {
         end();
     }
@@ -188,8 +211,28 @@ void StepSlider::focusOutEvent(QFocusEvent* event) {
 }
 
 void StepSlider::hideEvent(QHideEvent*) {
-    quiet.stop();
-    editing = Editing::none;
+    stopEditing();
+}
+
+bool StepSlider::eventFilter(QObject*, QEvent* event) {
+    const bool isPress = event->type() == QEvent::KeyPress;
+    if ((!isPress && event->type() != QEvent::ShortcutOverride) ||
+        static_cast<QKeyEvent*>(event)->key() != Qt::Key_Escape) {
+        return false;
+    }
+    event->accept();  // a shortcut that is overridden comes as a press
+    if (isPress) {
+        takeBack();
+    }
+    return true;
+}
+
+QRectF StepSlider::focusBox() const {
+    return {thumbCenter() - thumbSize / 2.0, (height() - thumbSize) / 2.0, thumbSize, thumbSize};
+}
+
+qreal StepSlider::focusRadius() const {
+    return thumbSize / 2.0;
 }
 
 void StepSlider::paintEvent(QPaintEvent*) {
@@ -204,15 +247,9 @@ void StepSlider::paintEvent(QPaintEvent*) {
     painter.drawRoundedRect(track.adjusted(0, 0, center - width(), 0), trackHeight / 2.0,
                             trackHeight / 2.0);
 
-    const QRectF thumb(center - thumbSize / 2.0, (height() - thumbSize) / 2.0, thumbSize,
-                       thumbSize);
     painter.setPen(QPen(thumbEdge, 1));
     painter.setBrush(editing == Editing::none ? QColor(Qt::white) : QColor(0xF0, 0xF0, 0xF0));
-    painter.drawEllipse(thumb.adjusted(0.5, 0.5, -0.5, -0.5));
-    if (hasFocus() && ring.isShown()) {
-        FocusRing::draw(painter, thumb.adjusted(-2, -2, 2, 2), thumbSize / 2.0 + 1,
-                        palette().color(colorRole::focusRing));
-    }
+    painter.drawEllipse(focusBox().adjusted(0.5, 0.5, -0.5, -0.5));
 }
 
 }  // namespace bonkora

@@ -41,9 +41,12 @@ struct SliderRange {
 // A drag begins with editingChanged(true) and ends with editingChanged(false); between the two,
 // each new value is reported. A drag lasts from the press of the mouse, anywhere on the track, to
 // its release; while a key is held; or over turns of the wheel, until half a second without one.
-// Losing the focus ends the last two. A drag that is under way when the slider is hidden never
-// ends.
-class StepSlider final : public QWidget {
+// Losing the focus ends the last two, and they begin only where they change the value. Only a
+// slider that shows its focus follows the wheel.
+//
+// Escape takes a drag back: the value is what it was before, and the drag never ends. A drag that
+// is under way when the slider is hidden never ends either.
+class StepSlider final : public QWidget, public FocusTarget {
     Q_OBJECT
 
   public:
@@ -58,6 +61,8 @@ class StepSlider final : public QWidget {
     void edit(double value);
 
     QSize sizeHint() const override;
+    QRectF focusBox() const override;
+    qreal focusRadius() const override;
 
   signals:
     void valueChanged(double value);
@@ -74,12 +79,17 @@ class StepSlider final : public QWidget {
     void focusInEvent(QFocusEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
     void hideEvent(QHideEvent* event) override;
+    // Of the whole application during a drag: Escape may go to any widget of the window.
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
   private:
     enum class Editing { none, mouse, key, wheel };
 
     void begin(Editing by);
     void end();
+    void takeBack();
+    void stopEditing();
+    void step(Editing by, int steps);
     void moveTo(int tick);
     int tick() const { return range.nearestTick(shown); }
     qreal thumbCenter() const;
@@ -88,10 +98,10 @@ class StepSlider final : public QWidget {
     const SliderRange range;
     double shown;
     Editing editing = Editing::none;
+    double before = 0;   // the value when the drag began
     qreal grip = 0;      // from the thumb's centre to where the mouse holds it
     int wheelAngle = 0;  // what is left of a step, in eighths of a degree
     QTimer quiet;
-    FocusRing ring;
 };
 
 }  // namespace bonkora

@@ -1,8 +1,8 @@
-// TextLabel: a text in one text style and one colour role. It is a QLabel, so that assistive
-// technology reads exactly the text shown, but draws the text itself.
+// TextLabel: a text in one text style and one colour role. Assistive technology reads exactly the
+// text displayed.
 #pragma once
 
-#include <QLabel>
+#include <QWidget>
 #include <optional>
 
 #include "ui/drawing/Colors.h"
@@ -10,18 +10,21 @@
 
 namespace bonkora {
 
-class TextLabel final : public QLabel {
+class TextLabel final : public QWidget {
     Q_OBJECT
 
   public:
-    enum class Lines {
-        one,       // ends in an ellipsis where it does not fit
-        asNeeded,  // takes the width it is given and as many lines as the text needs
+    enum class Fit {
+        whole,    // one line that is never cut: for captions
+        elided,   // one line that gives way to others: it ends in an ellipsis then, and the whole
+                  // text is in the tool tip
+        wrapped,  // as many lines as the text needs in the width that there is
     };
 
     TextLabel(const TextStyle& style, QPalette::ColorRole color, const QString& text = {},
-              Lines lines = Lines::one);
+              Fit fit = Fit::whole);
 
+    QString text() const { return shown; }
     // Nothing in `text` is taken for markup. Cheap when it is displayed already.
     void display(const QString& text);
 
@@ -31,14 +34,16 @@ class TextLabel final : public QLabel {
 
   protected:
     void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
 
   private:
-    void fixSize();
     bool takesAsMuch(const QString& newText) const;
+    void offerWholeText();
 
     const TextStyle look;
     const QPalette::ColorRole color;
-    const Lines lines;
+    const Fit fit;
+    QString shown;
     // Measuring a text costs more than drawing it, and a layout asks for it many times.
     mutable std::optional<QSize> natural;
     mutable int wrappedWidth = -1;  // to which the text was wrapped last

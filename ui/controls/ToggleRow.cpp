@@ -16,7 +16,15 @@ constexpr int switchHeight = 18;
 constexpr int thumbInset = 2;
 constexpr TextStyle titleStyle = textStyle::caption.monospaced();
 constexpr TextStyle subtitleStyle = textStyle::caption2.monospaced();
+constexpr int focusMargin = 3;
 constexpr int textHeight = titleStyle.lineHeight + lineSpacing + subtitleStyle.lineHeight;
+
+QColor between(const QColor& off, const QColor& on, qreal position) {
+    const auto share = static_cast<float>(position);
+    const auto mix = [share](float from, float to) { return from + (to - from) * share; };
+    return QColor::fromRgbF(mix(off.redF(), on.redF()), mix(off.greenF(), on.greenF()),
+                            mix(off.blueF(), on.blueF()));
+}
 
 }  // namespace
 
@@ -25,18 +33,26 @@ ToggleRow::ToggleRow(const QString& title, const QString& subtitle)
     setText(title);
     setAccessibleDescription(subtitle);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    connect(&thumb, &Eased::moved, this, qOverload<>(&QWidget::update));
 }
 
-void ToggleRow::display(bool isOn) {
-    if (isOn != on) {
-        on = isOn;
-        update();
+void ToggleRow::display(bool isOn, Transition transition) {
+    if (isOn != thumb.isOn()) {
+        thumb.setOn(isOn, transition);
         announceOn();
     }
 }
 
 QSize ToggleRow::sizeHint() const {
     return {100, textHeight};
+}
+
+QRectF ToggleRow::focusBox() const {
+    return QRectF(rect()).adjusted(-focusMargin, -focusMargin, focusMargin, focusMargin);
+}
+
+qreal ToggleRow::focusRadius() const {
+    return 4;
 }
 
 void ToggleRow::paintEvent(QPaintEvent*) {
@@ -47,7 +63,6 @@ void ToggleRow::paintEvent(QPaintEvent*) {
                           accessibleDescription(), subtitleStyle,
                           palette().color(colorRole::secondary));
     paintSwitch(painter);
-    drawFocusRing(painter, 4);
 }
 
 void ToggleRow::paintSwitch(QPainter& painter) const {
@@ -55,12 +70,14 @@ void ToggleRow::paintSwitch(QPainter& painter) const {
     painter.setPen(Qt::NoPen);
     const QRectF body(width() - switchWidth, (height() - switchHeight) / 2.0, switchWidth,
                       switchHeight);
-    painter.setBrush(palette().color(on ? colorRole::accent : colorRole::track));
+    painter.setBrush(between(palette().color(colorRole::track), palette().color(colorRole::accent),
+                             thumb.position()));
     painter.drawRoundedRect(body, switchHeight / 2.0, switchHeight / 2.0);
-    const qreal thumb = switchHeight - 2 * thumbInset;
-    const qreal x = on ? body.right() - thumbInset - thumb : body.left() + thumbInset;
+    const qreal size = switchHeight - 2 * thumbInset;
+    const qreal way = body.width() - 2 * thumbInset - size;
+    const qreal x = body.left() + thumbInset + way * thumb.position();
     painter.setBrush(isDown() ? QColor(0xEE, 0xEE, 0xEE) : QColor(Qt::white));
-    painter.drawEllipse(QRectF(x, body.top() + thumbInset, thumb, thumb));
+    painter.drawEllipse(QRectF(x, body.top() + thumbInset, size, size));
 }
 
 }  // namespace bonkora

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "ui/controls/Buttons.h"
+#include "ui/controls/Eased.h"
 
 namespace bonkora {
 
@@ -12,10 +13,14 @@ class ToggleRow final : public Pressable {
   public:
     ToggleRow(const QString& title, const QString& subtitle);
 
-    void display(bool isOn);
+    void display(bool isOn, Transition transition);
 
-    bool isOn() const override { return on; }
+    bool isOn() const override { return thumb.isOn(); }
+    // Where the switch's thumb stands, from 0 (off) to 1 (on).
+    qreal thumbPosition() const { return thumb.position(); }
     QSize sizeHint() const override;
+    QRectF focusBox() const override;
+    qreal focusRadius() const override;
 
   protected:
     void paintEvent(QPaintEvent* event) override;
@@ -23,7 +28,7 @@ class ToggleRow final : public Pressable {
   private:
     void paintSwitch(QPainter& painter) const;
 
-    bool on = false;
+    Eased thumb{this};
 };
 
 }  // namespace bonkora

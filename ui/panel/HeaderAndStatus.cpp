@@ -42,10 +42,10 @@ StatusSection::StatusSection(SpankWrapper& wrapper)
     : spankWrapper(wrapper),
       dot(new StatusDot),
       statusText(new TextLabel(textStyle::caption.monospaced(), colorRole::secondary, {},
-                               TextLabel::Lines::asNeeded)),
+                               TextLabel::Fit::wrapped)),
       impactRow(new QWidget),
       impactValue(new TextLabel(textStyle::caption.monospaced().weighing(QFont::DemiBold),
-                                colorRole::accent)) {
+                                colorRole::accent, {}, TextLabel::Fit::elided)) {
     auto* rows = panelLayout::padded(new QVBoxLayout(this), padding, padding, rowSpacing);
 
     auto* statusRow = panelLayout::padded(new QHBoxLayout, 0, 0);

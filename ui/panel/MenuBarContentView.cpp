@@ -4,6 +4,7 @@
 #include <QKeyEvent>
 #include <QScrollArea>
 
+#include "ui/controls/FocusRing.h"
 #include "ui/controls/ScrollIndicator.h"
 #include "ui/drawing/Colors.h"
 #include "ui/drawing/Decorations.h"
@@ -27,8 +28,8 @@ MenuBarContentView::MenuBarContentView(SpankWrapper& wrapper, const PanelEnviron
       appearance(environment.appearance),
       headerSection(new HeaderSection(wrapper)),
       statusSection(new StatusSection(wrapper)),
-      modeSelector(new ModeSelector(wrapper)),
-      settingsSection(new SettingsSection(wrapper, sliderValues)),
+      modeSelector(new ModeSelector(wrapper, environment.appearance)),
+      settingsSection(new SettingsSection(wrapper, sliderValues, environment.appearance)),
       statsSection(new StatsSection(wrapper, slapCounterTotal)),
       footerSection(new FooterSection(wrapper, environment)) {
     layOut();
@@ -74,6 +75,11 @@ void MenuBarContentView::layOut() {
     stack->addWidget(scrollArea, 1);
     stack->addWidget(new Divider);
     stack->addWidget(footerSection);
+
+    for (QWidget* area :
+         {static_cast<QWidget*>(headerSection), column, static_cast<QWidget*>(footerSection)}) {
+        new FocusRing(*area);
+    }
 }
 
 void MenuBarContentView::showEvent(QShowEvent* event) {

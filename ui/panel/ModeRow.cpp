@@ -1,6 +1,5 @@
 #include "ui/panel/ModeRow.h"
 
-#include <QEasingCurve>
 #include <QKeyEvent>
 #include <QPainter>
 
@@ -18,18 +17,11 @@ constexpr int spacing = 8;
 constexpr int lineSpacing = 1;
 constexpr int cornerRadius = 6;
 constexpr int checkMarkSize = textStyle::body.size;
-constexpr int transitionMilliseconds = 200;
 constexpr float highlightOpacity = 0.1F;
 constexpr TextStyle symbolStyle = textStyle::title3;
 constexpr TextStyle titleStyle = textStyle::caption.monospaced().weighing(QFont::Medium);
 constexpr TextStyle descriptionStyle = textStyle::caption2.monospaced();
 constexpr int textHeight = titleStyle.lineHeight + lineSpacing + descriptionStyle.lineHeight;
-
-QEasingCurve easeInOut() {
-    QEasingCurve curve(QEasingCurve::BezierSpline);
-    curve.addCubicBezierSegment({0.42, 0}, {0.58, 1}, {1, 1});
-    return curve;
-}
 
 }  // namespace
 
@@ -55,41 +47,29 @@ ModeRow::ModeRow(Mode mode) : Pressable(QAccessible::RadioButton), content(ModeD
     setText(content.title);
     setAccessibleDescription(content.description);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
-    animation.setDuration(transitionMilliseconds);
-    animation.setEasingCurve(easeInOut());
-    connect(&animation, &QVariantAnimation::valueChanged, this, [this](const QVariant& value) {
-        highlighted = value.toReal();
-        update();
-    });
+    connect(&highlighted, &Eased::moved, this, qOverload<>(&QWidget::update));
 }
 
-void ModeRow::display(bool newIsCurrent, Transition transition) {
-    if (newIsCurrent == isCurrent) {
-        return;
+void ModeRow::display(bool isCurrent, Transition transition) {
+    if (isCurrent != highlighted.isOn()) {
+        highlighted.setOn(isCurrent, transition);
+        announceOn();
     }
-    isCurrent = newIsCurrent;
-    const qreal end = isCurrent ? 1 : 0;
-    animation.stop();
-    if (transition == Transition::easeInOut) {
-        animation.setStartValue(highlighted);
-        animation.setEndValue(end);
-        animation.start();
-    } else {
-        highlighted = end;
-        update();
-    }
-    announceOn();
 }
 
 QSize ModeRow::sizeHint() const {
     return {100, 2 * padding + textHeight};
 }
 
+qreal ModeRow::focusRadius() const {
+    return cornerRadius;
+}
+
 void ModeRow::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     QColor tint = palette().color(colorRole::accent);
-    tint.setAlphaF(highlightOpacity * static_cast<float>(highlighted));
+    tint.setAlphaF(highlightOpacity * static_cast<float>(highlight()));
     painter.fillPath(shapes::continuousRectangle(rect(), cornerRadius), tint);
 
     const QRectF inside = QRectF(rect()).adjusted(padding, padding, -padding, -padding);
@@ -100,20 +80,18 @@ void ModeRow::paintEvent(QPaintEvent*) {
 
     // The check mark takes its room from the text as it appears.
     const qreal left = inside.left() + symbolWidth + spacing;
-    const qreal room = inside.right() - left - highlighted * (spacing + checkMarkSize);
+    const qreal room = inside.right() - left - highlight() * (spacing + checkMarkSize);
     const QRectF title(left, inside.top(), room, titleStyle.lineHeight);
     textPainter::drawLine(painter, title, content.title, titleStyle, primary);
     textPainter::drawLine(painter, title.translated(0, titleStyle.lineHeight + lineSpacing),
                           content.description, descriptionStyle,
                           palette().color(colorRole::secondary));
 
-    painter.setOpacity(highlighted);
+    painter.setOpacity(highlight());
     drawSymbol(painter, Symbol::checkmarkCircleFill,
                {inside.right() - checkMarkSize, (height() - checkMarkSize) / 2.0, checkMarkSize,
                 checkMarkSize},
                palette().color(colorRole::accent));
-    painter.setOpacity(1);
-    drawFocusRing(painter, cornerRadius);
 }
 
 void ModeRow::keyPressEvent(QKeyEvent* event) {

@@ -2,10 +2,10 @@
 #pragma once
 
 #include <QString>
-#include <QVariantAnimation>
 
 #include "bridge/DetectorSettings.h"
 #include "ui/controls/Buttons.h"
+#include "ui/controls/Eased.h"
 
 namespace bonkora {
 
@@ -25,17 +25,15 @@ class ModeRow final : public Pressable {
     Q_OBJECT
 
   public:
-    enum class Transition { none, easeInOut };
-
     explicit ModeRow(Mode mode);
 
-    // The transition takes 0.2 s.
     void display(bool isCurrent, Transition transition);
 
-    bool isOn() const override { return isCurrent; }
+    bool isOn() const override { return highlighted.isOn(); }
     // How far the highlight has come, from 0 to 1.
-    qreal highlight() const { return highlighted; }
+    qreal highlight() const { return highlighted.position(); }
     QSize sizeHint() const override;
+    qreal focusRadius() const override;
 
   signals:
     // An arrow key wants the focus on the row `steps` further down; negative is up.
@@ -47,9 +45,7 @@ class ModeRow final : public Pressable {
 
   private:
     const ModeDisplay content;
-    bool isCurrent = false;
-    qreal highlighted = 0;
-    QVariantAnimation animation{this};
+    Eased highlighted{this};
 };
 
 }  // namespace bonkora

@@ -6,8 +6,9 @@
 #include <array>
 
 #include "bridge/SpankWrapper.h"
-#include "ui/controls/FolderField.h"
+#include "ui/panel/FolderRow.h"
 #include "ui/panel/ModeRow.h"
+#include "ui/state/Appearance.h"
 
 namespace bonkora {
 
@@ -15,22 +16,21 @@ class ModeSelector final : public QWidget {
     Q_OBJECT
 
   public:
-    explicit ModeSelector(SpankWrapper& spankWrapper);
+    // `appearance` outlives the selector.
+    ModeSelector(SpankWrapper& spankWrapper, const Appearance& appearance);
 
     void redraw();
 
   private:
-    QWidget* makeFolderRow();
     void tap(Mode mode);
     void moveFocus(std::size_t from, int steps);
-    void browse();
 
     SpankWrapper& spankWrapper;
+    const Appearance& appearance;
     std::array<ModeRow*, allCases.size()> rows;
-    FolderField* folderField;
-    QWidget* folderRow;
-    // How the next redraw moves the highlight: eased after a tap, otherwise at once.
-    ModeRow::Transition transition = ModeRow::Transition::none;
+    FolderRow* folderRow;
+    // How the next redraw moves highlight and folder row: eased after a tap, otherwise at once.
+    Transition transition = Transition::none;
 };
 
 }  // namespace bonkora

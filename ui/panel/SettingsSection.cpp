@@ -31,7 +31,8 @@ TextLabel* hint(const QString& text) {
 
 SliderBlock::SliderBlock(const SliderRange& range, const QString& caption, const QString& lowerHint,
                          const QString& upperHint)
-    : valueLabel(new TextLabel(textStyle::caption.monospaced(), colorRole::accent)),
+    : valueLabel(new TextLabel(textStyle::caption.monospaced(), colorRole::accent, {},
+                               TextLabel::Fit::elided)),
       slider(new StepSlider(range, caption)) {
     auto* stack = panelLayout::padded(new QVBoxLayout(this), 0, 0, lineSpacing);
     stack->addLayout(apart(
@@ -47,9 +48,11 @@ void SliderBlock::display(double value, const QString& valueText) {
     valueLabel->display(valueText);
 }
 
-SettingsSection::SettingsSection(SpankWrapper& wrapper, SliderValues& theValues)
+SettingsSection::SettingsSection(SpankWrapper& wrapper, SliderValues& theValues,
+                                 const Appearance& theAppearance)
     : spankWrapper(wrapper),
       values(theValues),
+      appearance(theAppearance),
       sensitivity(new SliderBlock(sensitivityRange, tr("Sensitivity"), tr("🦋 Butterfly"),
                                   tr("💪 Full force"))),
       cooldown(new SliderBlock(cooldownRange, tr("Cooldown"), tr("⚡ Rapid-fire"),
@@ -93,8 +96,9 @@ void SettingsSection::redraw() {
     sensitivity->display(values.sensitivity, QString::fromStdString(platform::fixedDecimal(
                                                  values.sensitivity, sensitivityDecimals)));
     cooldown->display(values.cooldown, tr("%1ms").arg(wholeMilliseconds(values.cooldown)));
-    volumeToggle->display(spankWrapper.volumeScaling);
-    fastToggle->display(spankWrapper.fastMode);
+    volumeToggle->display(spankWrapper.volumeScaling, transition);
+    fastToggle->display(spankWrapper.fastMode, transition);
+    transition = Transition::none;
 }
 
 std::int64_t SettingsSection::wholeMilliseconds(double milliseconds) {
@@ -116,6 +120,7 @@ void SettingsSection::commitCooldown() {
 }
 
 void SettingsSection::flip(platform::Published<bool>& property) {
+    transition = appearance.isMotionReduced() ? Transition::none : Transition::easeInOut;
     property = !property;
     apply();
 }

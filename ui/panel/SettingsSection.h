@@ -10,6 +10,7 @@
 #include "ui/controls/TextLabel.h"
 #include "ui/controls/ToggleRow.h"
 #include "ui/drawing/Decorations.h"
+#include "ui/state/Appearance.h"
 
 namespace bonkora {
 
@@ -46,8 +47,9 @@ class SettingsSection final : public Card {
     Q_OBJECT
 
   public:
-    // `values` outlives the section, which writes to it while a slider is dragged.
-    SettingsSection(SpankWrapper& spankWrapper, SliderValues& values);
+    // `values`, which is written to while a slider is dragged, and `appearance` outlive the
+    // section.
+    SettingsSection(SpankWrapper& spankWrapper, SliderValues& values, const Appearance& appearance);
 
     void redraw();
 
@@ -62,10 +64,13 @@ class SettingsSection final : public Card {
 
     SpankWrapper& spankWrapper;
     SliderValues& values;
+    const Appearance& appearance;
     SliderBlock* sensitivity;
     SliderBlock* cooldown;
     ToggleRow* volumeToggle;
     ToggleRow* fastToggle;
+    // How the next redraw moves the switches: eased after a flip, otherwise at once.
+    Transition transition = Transition::none;
 };
 
 }  // namespace bonkora

@@ -29,10 +29,10 @@ QVBoxLayout* column(const QString& caption, TextLabel* value, Qt::Alignment alig
 StatsSection::StatsSection(SpankWrapper& wrapper, const AppStorage& total)
     : spankWrapper(wrapper),
       slapCounterTotal(total),
-      lifetimeValue(
-          new TextLabel(textStyle::title2.monospaced().weighing(QFont::Bold), colorRole::accent)),
+      lifetimeValue(new TextLabel(textStyle::title2.monospaced().weighing(QFont::Bold),
+                                  colorRole::accent, {}, TextLabel::Fit::elided)),
       sessionValue(new TextLabel(textStyle::title3.monospaced().weighing(QFont::DemiBold),
-                                 colorRole::primary)),
+                                 colorRole::primary, {}, TextLabel::Fit::elided)),
       modeSymbol(new TextLabel(textStyle::title2, colorRole::primary)) {
     auto* columns = panelLayout::padded(new QHBoxLayout(this), padding, padding);
     columns->addLayout(column(tr("Lifetime slaps"), lifetimeValue, Qt::AlignLeft));

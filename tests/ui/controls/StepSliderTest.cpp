@@ -36,6 +36,11 @@ struct Stand {
         other.setParent(nullptr);
     }
 
+    // The window may have given it the focus already, which would be no arrival by the keyboard.
+    void focusByKeyboard() {
+        slider.clearFocus();
+        slider.setFocus(Qt::TabFocusReason);
+    }
     int drags() const {
         return static_cast<int>(std::count(editing.begin(), editing.end(), QList<QVariant>{false}));
     }
@@ -82,7 +87,7 @@ class StepSliderTest final : public QObject {
 
     void arrowsMoveOneStepPagesTenHomeAndEndToTheBounds() {
         Stand stand;
-        stand.slider.setFocus();
+        stand.focusByKeyboard();
         const auto after = [&](Qt::Key key) {
             QTest::keyClick(&stand.slider, key);
             return stand.slider.value();
@@ -94,14 +99,77 @@ class StepSliderTest final : public QObject {
         QCOMPARE(after(Qt::Key_PageUp), 1250.0);
         QCOMPARE(after(Qt::Key_PageDown), 750.0);
         QCOMPARE(after(Qt::Key_End), 3000.0);
-        QCOMPARE(after(Qt::Key_Right), 3000.0);
         QCOMPARE(after(Qt::Key_Home), 100.0);
-        QCOMPARE(stand.drags(), 9);
+        QCOMPARE(stand.drags(), 8);
+    }
+
+    void stepsThatChangeNothingAreNoDrag() {
+        Stand stand;
+        stand.focusByKeyboard();
+        stand.slider.display(3000);
+        for (const auto key : {Qt::Key_Right, Qt::Key_Up, Qt::Key_PageUp, Qt::Key_End}) {
+            QTest::keyClick(&stand.slider, key);
+        }
+        stand.wheel(120);
+        stand.wheel(1200);
+        QTest::qWait(600);
+        QCOMPARE(stand.editing.count(), 0);
+        QCOMPARE(stand.slider.value(), 3000.0);
+    }
+
+    void theMouseLeavesTheFocusWhereItIs() {
+        Stand stand;
+        stand.other.setFocus(Qt::TabFocusReason);
+        QTest::mouseClick(&stand.slider, Qt::LeftButton, {}, {200, 10});
+        QCOMPARE(stand.drags(), 1);
+        QVERIFY(stand.other.hasFocus());
+    }
+
+    void theWheelTurnsNothingAfterADragWithTheMouse() {
+        Stand stand;
+        QTest::mouseClick(&stand.slider, Qt::LeftButton, {}, {200, 10});
+        const double value = stand.slider.value();
+        stand.wheel(120);
+        QCOMPARE(stand.slider.value(), value);
+        QCOMPARE(stand.drags(), 1);
+        stand.slider.clearFocus();
+        stand.slider.setFocus(Qt::OtherFocusReason);  // not by the keyboard
+        stand.wheel(120);
+        QCOMPARE(stand.slider.value(), value);
+    }
+
+    void escapeTakesADragBackAndTheDragNeverEnds() {
+        Stand stand;
+        QTest::mousePress(&stand.slider, Qt::LeftButton, {}, {200, 10});
+        QTest::mouseMove(&stand.slider, {250, 10});
+        QVERIFY(stand.slider.value() > 2000);
+        QTest::keyClick(&stand.window, Qt::Key_Escape);
+        QCOMPARE(stand.slider.value(), 750.0);
+        QCOMPARE(stand.values.last(), QList<QVariant>{750.0});
+        QTest::mouseMove(&stand.slider, {280, 10});
+        QTest::mouseRelease(&stand.slider, Qt::LeftButton, {}, {280, 10});
+        QCOMPARE(stand.slider.value(), 750.0);
+        QCOMPARE(stand.drags(), 0);
+
+        stand.focusByKeyboard();
+        QTest::keyPress(&stand.slider, Qt::Key_Right);
+        QTest::keyClick(&stand.slider, Qt::Key_Escape);
+        QTest::keyRelease(&stand.slider, Qt::Key_Right);
+        QCOMPARE(stand.slider.value(), 750.0);
+        QCOMPARE(stand.drags(), 0);
+    }
+
+    void withoutADragEscapeIsLeftToOthers() {
+        Stand stand;
+        stand.focusByKeyboard();
+        QKeyEvent escape(QEvent::KeyPress, Qt::Key_Escape, {});
+        QCoreApplication::sendEvent(&stand.slider, &escape);
+        QVERIFY(!escape.isAccepted());
     }
 
     void aHeldKeyIsOneDragUntilItsRelease() {
         Stand stand;
-        stand.slider.setFocus();
+        stand.focusByKeyboard();
         QTest::keyPress(&stand.slider, Qt::Key_Right);
         for (int repeat = 0; repeat < 5; ++repeat) {
             QKeyEvent up(QEvent::KeyRelease, Qt::Key_Right, {}, {}, true);
@@ -118,9 +186,9 @@ class StepSliderTest final : public QObject {
 
     void lossOfTheFocusEndsAHeldKeysDrag() {
         Stand stand;
-        stand.slider.setFocus();
+        stand.focusByKeyboard();
         QTest::keyPress(&stand.slider, Qt::Key_Right);
-        stand.other.setFocus();
+        stand.other.setFocus(Qt::TabFocusReason);
         QCOMPARE(stand.drags(), 1);
         QTest::keyRelease(&stand.slider, Qt::Key_Right);
         QCOMPARE(stand.drags(), 1);
@@ -128,7 +196,7 @@ class StepSliderTest final : public QObject {
 
     void aBurstOfTheWheelIsOneDragEndedByHalfASecondOfQuiet() {
         Stand stand;
-        stand.slider.setFocus();
+        stand.focusByKeyboard();
         for (int turn = 0; turn < 4; ++turn) {
             stand.wheel(120);
         }
@@ -145,7 +213,7 @@ class StepSliderTest final : public QObject {
 
     void fineTurnsOfTheWheelAddUpToSteps() {
         Stand stand;
-        stand.slider.setFocus();
+        stand.focusByKeyboard();
         for (int turn = 0; turn < 7; ++turn) {
             stand.wheel(30);
         }
@@ -154,7 +222,7 @@ class StepSliderTest final : public QObject {
 
     void theWheelPassesASliderWithoutTheFocus() {
         Stand stand;
-        stand.other.setFocus();
+        stand.other.setFocus(Qt::TabFocusReason);
         stand.wheel(120);
         QCOMPARE(stand.slider.value(), 750.0);
         QCOMPARE(stand.editing.count(), 0);

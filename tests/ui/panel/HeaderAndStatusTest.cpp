@@ -1,3 +1,5 @@
+#include <limits>
+
 #include "tests/support/Panel.h"
 #include "ui/controls/TextLabel.h"
 #include "ui/drawing/Colors.h"
@@ -107,7 +109,7 @@ class HeaderAndStatusTest final : public QObject {
             "Error: " + QString("no microphone and no accelerometer ").repeated(6);
         panel.controller->statusMessage = message.toStdString();
         panel.settle();
-        QLabel* status = panel.label(message);
+        bonkora::TextLabel* status = panel.label(message);
         QVERIFY(status);
         QVERIFY(status->height() >= 5 * oneLine);
         QCOMPARE(status->height(), status->heightForWidth(status->width()));
@@ -120,7 +122,7 @@ class HeaderAndStatusTest final : public QObject {
         panel.open();
         panel.controller->statusMessage = std::string(200, 'x');
         panel.settle();
-        QLabel* status = panel.label(QString(200, 'x'));
+        bonkora::TextLabel* status = panel.label(QString(200, 'x'));
         QVERIFY(status->height() >= 3 * 13);
     }
 
@@ -129,9 +131,8 @@ class HeaderAndStatusTest final : public QObject {
         panel.open();
         panel.controller->statusMessage = "<b>bold</b> & 1 < 2\n%1";
         panel.settle();
-        QLabel* status = panel.label("<b>bold</b> & 1 < 2\n%1");
+        bonkora::TextLabel* status = panel.label("<b>bold</b> & 1 < 2\n%1");
         QVERIFY(status);
-        QCOMPARE(status->textFormat(), Qt::PlainText);
         QCOMPARE(status->height(), 2 * 13);
     }
 
@@ -143,9 +144,64 @@ class HeaderAndStatusTest final : public QObject {
             for (const char* text : {"111", "222", "333", "444", "555", "666", "777", "888", "999",
                                      "9.9", "1000", "ii", "WW", "日本語", "äöü", "👋👋", "", "7"}) {
                 line.display(text);
-                QCOMPARE(line.size(), TextLabel(style, colorRole::primary, text).size());
+                QCOMPARE(line.sizeHint(), TextLabel(style, colorRole::primary, text).sizeHint());
             }
         }
+    }
+
+    void theHandStandsAboveTheEdgeOfTheCards() {
+        Panel panel;
+        panel.open();
+        const QImage header = panel.view->grab({0, 0, 340, 45}).toImage();
+        const auto isGreen = [&](int x) {
+            for (int y = 0; y < header.height(); ++y) {
+                const QColor color = header.pixelColor(x, y);
+                if (color.green() > color.red() + 40) {
+                    return true;
+                }
+            }
+            return false;
+        };
+        int left = 0;
+        while (left < header.width() && !isGreen(left)) {
+            ++left;
+        }
+        const QWidget* card = panel.dot()->parentWidget();
+        const int edge = card->mapTo(panel.view.get(), QPoint(0, 0)).x();
+        const auto scale = header.devicePixelRatio();
+        QVERIFY2(std::abs(left - edge * scale) <= scale, qPrintable(QString::number(left)));
+    }
+
+    void aNumberHoweverLongMovesNothingElse_data() {
+        QTest::addColumn<double>("amplitude");
+        QTest::newRow("ten to the power of 40") << 1e40;
+        QTest::newRow("the largest") << std::numeric_limits<double>::max();
+    }
+    void aNumberHoweverLongMovesNothingElse() {
+        QFETCH(double, amplitude);
+        Panel panel;
+        panel.controller->lastAmplitude = 0.5;
+        panel.open();
+        bonkora::TextLabel* number = panel.label("0.5000");
+        const auto places = [&] {
+            QList<QRect> others;
+            for (QWidget* widget : panel.all<QWidget>()) {
+                if (widget != number) {
+                    others << QRect(widget->mapTo(panel.view.get(), QPoint(0, 0)), widget->size());
+                }
+            }
+            return others;
+        };
+        QCOMPARE(number->toolTip(), QString());
+        const auto before = places();
+        panel.controller->lastAmplitude = amplitude;
+        panel.settle();
+        QCOMPARE(places(), before);
+        const QString whole = QString::asprintf("%.4f", amplitude);
+        QCOMPARE(number->text(), whole);
+        QCOMPARE(number->toolTip().remove('\n'), whole);
+        QCOMPARE(QAccessible::queryAccessibleInterface(number)->text(QAccessible::Name), whole);
+        QVERIFY(number->geometry().right() < number->parentWidget()->width());
     }
 
     void openingStartsNothing() {
@@ -159,7 +215,7 @@ class HeaderAndStatusTest final : public QObject {
         Panel panel;
         panel.controller->statusMessage = "1000";
         panel.open();
-        QLabel* status = panel.label("1000");
+        bonkora::TextLabel* status = panel.label("1000");
         QVERIFY(status);
         PaintCount paints;
         status->installEventFilter(&paints);

@@ -1,5 +1,6 @@
 #include <QAbstractItemView>
 #include <QDialogButtonBox>
+#include <QElapsedTimer>
 #include <QFileDialog>
 #include <QLineEdit>
 #include <QPushButton>
@@ -92,6 +93,83 @@ class ModeSelectorTest final : public QObject {
         QTRY_COMPARE(panel.row("Halo")->highlight(), 1.0);
         QCOMPARE(panel.row("Pain")->highlight(), 0.0);
         QCOMPARE(panel.launches(), std::size_t{0});
+    }
+
+    void theFolderRowComesAndGoesWithinAFifthOfASecondWithWhatLiesBeneath() {
+        Panel panel;
+        panel.open();
+        const auto settingsTop = [&] {
+            return panel.label("Settings")->mapTo(panel.view.get(), QPoint(0, 0)).y();
+        };
+        constexpr int rowAndGap = 21 + 6;
+        const int without = settingsTop();
+        panel.click(panel.row("Custom"));
+        QVERIFY(panel.field());  // there at once for keyboard and assistive technology
+        QVERIFY(settingsTop() < without + rowAndGap);
+        QList<int> way;
+        QElapsedTimer time;
+        time.start();
+        while (settingsTop() < without + rowAndGap && time.elapsed() < 2000) {
+            way << settingsTop();
+            QTest::qWait(5);
+        }
+        QCOMPARE(settingsTop(), without + rowAndGap);
+        QVERIFY(std::is_sorted(way.begin(), way.end()));
+        QVERIFY(std::any_of(way.begin(), way.end(),
+                            [&](int y) { return y > without && y < without + rowAndGap; }));
+        auto* const row = panel.field()->parentWidget()->parentWidget();
+        QCOMPARE(row->findChild<QVariantAnimation*>()->duration(), 200);
+
+        panel.click(panel.row("Halo"));
+        QVERIFY(!panel.field());  // gone at once in the same way, though still to be seen
+        QVERIFY(settingsTop() > without);
+        QTRY_COMPARE(settingsTop(), without);
+        QVERIFY(!row->isVisible());
+    }
+
+    void aFolderRowCalledBackWhileItGoesComesToStay() {
+        Panel panel;
+        panel.open();
+        for (const char* title : {"Custom", "Halo", "Custom"}) {
+            panel.click(panel.row(title));
+            QTest::qWait(60);
+        }
+        QTRY_COMPARE(panel.field()->parentWidget()->parentWidget()->height(), 21 + 6);
+        QVERIFY(panel.button("Browse"));
+    }
+
+    void whereMotionIsReducedEverythingIsThereAtOnce() {
+        Panel panel;
+        panel.appearance.setMotionReduced(true);
+        panel.open();
+        panel.click(panel.row("Custom"));
+        QCOMPARE(panel.row("Custom")->highlight(), 1.0);
+        QCOMPARE(panel.row("Pain")->highlight(), 0.0);
+        QCOMPARE(panel.field()->parentWidget()->parentWidget()->height(), 21 + 6);
+        panel.click(panel.toggle("Fast detection"));
+        QCOMPARE(panel.toggle("Fast detection")->thumbPosition(), 1.0);
+    }
+
+    void aSecondChooserCannotBeOpenedOverTheFirst() {
+        Panel panel;
+        panel.controller->switchMode(Mode::custom);
+        panel.open();
+        qsizetype choosers = 0;
+        whenChooserOpens([&](QFileDialog& chooser) {
+            chooser.showMinimized();
+            panel.button("Browse")->click();  // as assistive technology presses it
+            choosers = panel.view->window()->findChildren<QFileDialog*>().size();
+            QVERIFY(!chooser.isMinimized());
+            chooser.reject();
+        });
+        panel.click(panel.button("Browse"));
+        QCOMPARE(choosers, qsizetype{1});
+        whenChooserOpens([&](QFileDialog& chooser) {
+            ++choosers;
+            chooser.reject();
+        });
+        panel.click(panel.button("Browse"));  // the next one is a new one
+        QCOMPARE(choosers, qsizetype{2});
     }
 
     void aModeChangedElsewhereMovesTheHighlightAtOnce() {

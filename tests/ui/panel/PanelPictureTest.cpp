@@ -167,6 +167,30 @@ class PanelPictureTest final : public QObject {
         QVERIFY(!looksLike(cut, picture));
     }
 
+    // Too faint or too small for the tolerance of whole pictures.
+    void theHighlightHasATenthOfTheAccentAndTheCardsCornersARadiusOfEight() {
+        Panel panel;
+        const QImage picture = pictureOf(panel, ready, false);
+        const QPalette palette = panel.view->palette();
+        const QColor window = palette.color(bonkora::colorRole::window);
+        const auto at = [&](const QWidget* widget, qreal x, qreal y) {
+            const QPointF place = widget->mapTo(panel.view.get(), QPoint(0, 0));
+            return picture.pixelColor(((place + QPointF(x, y)) * scale()).toPoint());
+        };
+        QColor accent = bonkora::accentColor;
+        accent.setAlphaF(0.1F);
+        const QColor tint = bonkora::composited(accent, window);
+        const QColor shown = at(panel.row("Pain"), 4, 10);
+        QVERIFY2(std::abs(shown.red() - tint.red()) <= 1, qPrintable(shown.name()));
+        QVERIFY2(std::abs(shown.blue() - tint.blue()) <= 1, qPrintable(shown.name()));
+
+        // The diagonal leaves a round corner at 0.293 radii: 2.3 pixels from either side.
+        const QWidget* card = panel.dot()->parentWidget();
+        const QColor background = palette.color(bonkora::colorRole::controlBackground);
+        QCOMPARE(at(card, 1, 1).rgb(), window.rgb());
+        QCOMPARE(at(card, 3, 3).rgb(), background.rgb());
+    }
+
     void aCardATintAndADividerThatAreMissingAreSeen_data() {
         QTest::addColumn<bool>("isDark");
         QTest::addRow("light") << false;

@@ -1,6 +1,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <QWheelEvent>
 #include <csignal>
 #include <limits>
 
@@ -88,6 +89,94 @@ class SettingsTest final : public QObject {
         QCOMPARE(panel.controller->cooldownMs.get(), 750);
         panel.pass(1000ms);
         QCOMPARE(panel.launches(), std::size_t{2});
+
+        announcements = 0;
+        drag(panel.slider("Sensitivity"), 0.05, 0.05);
+        release(panel.slider("Sensitivity"), 0.05);
+        QCOMPARE(announcements, 1);
+        panel.pass(1000ms);
+        QCOMPARE(panel.launches(), std::size_t{3});
+    }
+
+    // Each restart stops once: a second one in the same breath would stop twice.
+    void everyCommittedChangeRestartsExactlyOnce() {
+        Panel panel;
+        panel.open();
+        const auto stopsOf = [&](const auto& change) {
+            panel.controller->isRunning ? void() : panel.controller->start();
+            const auto& runner = panel.system.processes->last();
+            change();
+            panel.pass(1000ms);
+            return runner.terminations;
+        };
+        QCOMPARE(stopsOf([&] { panel.click(panel.toggle("Fast detection")); }), 1);
+        QCOMPARE(stopsOf([&] { panel.click(panel.toggle("Volume scales with force")); }), 1);
+        QCOMPARE(stopsOf([&] {
+                     StepSlider* slider = panel.slider("Sensitivity");
+                     panel.clickAt(slider, thumbAt(*slider, 0.3));
+                 }),
+                 1);
+        QCOMPARE(stopsOf([&] {
+                     StepSlider* slider = panel.slider("Cooldown");
+                     panel.clickAt(slider, thumbAt(*slider, 300));
+                 }),
+                 1);
+        QCOMPARE(panel.launches(), std::size_t{5});
+    }
+
+    void escapeInMidDragTakesTheDragBackAndWritesNothing() {
+        Panel panel;
+        panel.open();
+        panel.startDetector();
+        StepSlider* slider = panel.slider("Cooldown");
+        drag(slider, 750, 2000);
+        panel.key(Qt::Key_Escape);
+        QVERIFY(panel.label("750ms"));
+        release(slider, 2000);
+        panel.pass(5000ms);
+        QVERIFY(panel.label("750ms"));
+        QCOMPARE(panel.controller->cooldownMs.get(), 750);
+        QCOMPARE(panel.launches(), std::size_t{1});
+    }
+
+    void afterADragTheWheelIsLeftToThePanel() {
+        Panel panel;
+        panel.open();
+        StepSlider* slider = panel.slider("Cooldown");
+        drag(slider, 750, 2000);
+        release(slider, 2000);
+        const QPointF middle = slider->rect().center();
+        QWheelEvent turn(middle, slider->mapToGlobal(middle), {}, {0, -120}, Qt::NoButton, {},
+                         Qt::NoScrollPhase, false);
+        QCoreApplication::sendEvent(slider, &turn);
+        QVERIFY(!turn.isAccepted());
+        QTest::qWait(600);
+        QCOMPARE(panel.controller->cooldownMs.get(), 2000);
+    }
+
+    void theSwitchesThumbSlidesWhenItIsFlippedAndStandsWhenThePanelOpens() {
+        Panel panel;
+        panel.controller->fastMode = true;
+        panel.open();
+        bonkora::ToggleRow* fast = panel.toggle("Fast detection");
+        QCOMPARE(fast->thumbPosition(), 1.0);
+        panel.click(fast);
+        QVERIFY(!fast->isOn());
+        QVERIFY(fast->thumbPosition() > 0.0);
+        QTRY_COMPARE(fast->thumbPosition(), 0.0);
+        QCOMPARE(fast->findChild<QVariantAnimation*>()->duration(), 200);
+        panel.controller->fastMode = true;  // not by the user: at once
+        panel.settle();
+        QCOMPARE(fast->thumbPosition(), 1.0);
+    }
+
+    void aValueHoweverLongMovesNothingElse() {
+        Panel panel;
+        panel.controller->minAmplitude = 1e300;
+        panel.open();
+        const QWidget* toggle = panel.toggle("Fast detection");
+        QCOMPARE(toggle->mapTo(panel.view.get(), QPoint(toggle->width(), 0)).x(), 340 - 14 - 10);
+        QCOMPARE(panel.slider("Sensitivity")->width(), 340 - 2 * (14 + 10));
     }
 
     void aValueBetweenTheStepsIsWrittenBackUnchanged() {

@@ -1,3 +1,5 @@
+#include <limits>
+
 #include "tests/support/Panel.h"
 
 using bonkora::Mode;
@@ -14,9 +16,9 @@ class StatsAndFooterTest final : public QObject {
         QVERIFY(panel.label("Lifetime slaps"));
         QVERIFY(panel.label("Session"));
         QVERIFY(panel.label("Mode"));
-        const auto labels = panel.all<QLabel>();
+        const auto labels = panel.all<bonkora::TextLabel>();
         QCOMPARE(std::count_if(labels.begin(), labels.end(),
-                               [](QLabel* label) { return label->text() == "0"; }),
+                               [](bonkora::TextLabel* label) { return label->text() == "0"; }),
                  2);
     }
 
@@ -60,6 +62,23 @@ class StatsAndFooterTest final : public QObject {
         panel.open();
         QVERIFY(panel.label("1234567"));
         QVERIFY(panel.label("-12345678901"));
+    }
+
+    void countsThatLeaveNoRoomForEachOtherGiveWayAndStayInsideTheCard() {
+        Panel panel;
+        panel.store("[General]\nslapCounterTotal=-9223372036854775808\n");
+        panel.controller->slapCount = std::numeric_limits<std::int64_t>::max();
+        panel.open();
+        const auto* mode = panel.label("😫");
+        QCOMPARE(mode->mapTo(panel.view.get(), QPoint(mode->width(), 0)).x(), 340 - 14 - 10);
+        for (const char* count : {"-9223372036854775808", "9223372036854775807"}) {
+            const auto* label = panel.label(count);
+            QVERIFY2(label, count);
+            QCOMPARE(label->toolTip(), count);
+            const int left = label->mapTo(panel.view.get(), QPoint(0, 0)).x();
+            QVERIFY(left >= 14 + 10 && left + label->width() <= 340 - 14 - 10);
+        }
+        QCOMPARE(panel.label("Session")->sizeHint(), panel.label("Session")->size());
     }
 
     void aTotalStoredByAnotherProgramShowsWithinASecond() {
