@@ -12,7 +12,6 @@ namespace bonkora::detector {
 
 namespace {
 
-constexpr int retryMs = 1000;        // between two looks for a sensor
 constexpr int finishingStepMs = 20;  // between two looks whether all is heard and read
 constexpr int finishingSteps = 250;  // at most 5 s of sound after a recording
 
@@ -27,14 +26,22 @@ Listener::Listener(Settings theSettings, EventWriter& theWriter, OpenSensor theO
       inputIsOpen(settings.obeysInput) {}
 
 int Listener::run() {
+    if (wait(0) == Wake::ending) {
+        return status;  // told to end before it began
+    }
     open();
     while (!isOver) {
-        switch (wait(sensor ? -1 : retryMs)) {
+        switch (
+            wait(static_cast<int>((sensor ? settings.longestSilence : settings.pause).count()))) {
             case Wake::sensor:
                 read();
                 break;
             case Wake::timeout:
-                open();
+                if (sensor) {
+                    missReadings();
+                } else {
+                    open();
+                }
                 break;
             case Wake::ending:
                 writer.flush();
@@ -106,19 +113,44 @@ void Listener::open() {
     sensor = *std::move(opened);
     const auto& about = sensor->description();
     detector = std::make_unique<KnockDetector>(about.kind, about.rate, settings.sensitivity);
+    frameCount = 0;
+    announce();
+    complain();
+}
+
+void Listener::announce() {
+    const auto& about = sensor->description();
+    isSilent = false;
     lastReason.clear();
     writer.ready(nameOf(about.kind), about.name);
-    complain();
+}
+
+// A microphone whose source is suspended, or whose sound server has stopped, is kept: closing it
+// would wait for the server, and its readings come back by themselves. An accelerometer is opened
+// anew.
+void Listener::missReadings() {
+    const auto kind = sensor->description().kind;
+    const auto reason = "the " + std::string{nameOf(kind)} + " has stopped giving readings";
+    if (kind == SensorKind::accelerometer || settings.once) {
+        lose(reason);
+    } else if (!std::exchange(isSilent, true)) {
+        writer.error(reason);
+    }
 }
 
 void Listener::read() {
     frames.clear();
     knocks.clear();
     const auto state = sensor->read(frames);
+    if (isSilent && !frames.empty()) {
+        announce();
+    }
     detector->process(frames, knocks);
     for (const Knock& knock : knocks) {
         report(knock);
     }
+    frameCount += frames.size();
+    complain();
     if (state.kind == SensorState::Kind::lost) {
         lose(state.reason);
     } else if (state.kind == SensorState::Kind::ended) {
@@ -131,8 +163,8 @@ void Listener::report(const Knock& knock) {
     writer.knock(knock.amplitude);
     if (voice != nullptr) {
         const auto& about = sensor->description();
-        voice->answer(knock.amplitude, about.kind, static_cast<double>(knock.frame) / about.rate);
-        complain();
+        voice->answer(knock.amplitude, about.kind,
+                      timeBefore + static_cast<double>(knock.frame) / about.rate);
     }
 }
 
@@ -163,10 +195,13 @@ void Listener::letItFinish() {
 }
 
 void Listener::lose(const std::string& reason) {
-    sensor.reset();
     if (reason != lastReason) {
         writer.error(reason);
         lastReason = reason;
+    }
+    if (sensor) {
+        timeBefore += static_cast<double>(frameCount) / sensor->description().rate;
+        sensor.reset();  // after the report: closing may have to wait for a sound server
     }
     if (settings.once) {
         isOver = true;

@@ -2,6 +2,8 @@
 // is asked to, when nobody reads its report any more, or when a recording is over. Main thread.
 #pragma once
 
+#include <chrono>
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <string>
@@ -25,7 +27,10 @@ class Listener {
         bool obeysInput = false;  // the line "quit" on standard input ends it
         int inputDescriptor = 0;
         int outputDescriptor = 1;
-        int signalDescriptor = -1;  // readable when the program is to end
+        int signalDescriptor = -1;              // readable when the program is to end
+        std::chrono::milliseconds pause{1000};  // between two looks for a sensor
+        // A sensor that gives no readings for longer has failed without saying so.
+        std::chrono::milliseconds longestSilence{3000};
         // What went wrong before the start; reported after "ready", which would wipe it off the
         // panel.
         std::vector<std::string> complaints;
@@ -44,6 +49,8 @@ class Listener {
     Wake wait(int timeoutMs);
     bool asksToQuit();
     void open();
+    void announce();
+    void missReadings();
     void read();
     void report(const Knock& knock);
     void complain();
@@ -58,6 +65,9 @@ class Listener {
     std::unique_ptr<KnockDetector> detector;
     std::vector<Frame> frames;
     std::vector<Knock> knocks;
+    std::uint64_t frameCount = 0;  // of this sensor
+    double timeBefore = 0.0;       // s of signal of the sensors before it
+    bool isSilent = false;
     std::string lastReason;  // reported last; each is reported once until a sensor opens
     std::string input;       // the unfinished line
     bool inputIsOpen;

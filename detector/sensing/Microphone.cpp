@@ -3,6 +3,7 @@
 #include <SDL.h>
 #include <sys/eventfd.h>
 
+#include <cmath>
 #include <mutex>
 #include <utility>
 
@@ -75,7 +76,8 @@ class Microphone final : public Sensor {
     SensorState read(std::vector<Frame>& frames) override {
         buffer->take(samples);
         for (const float sample : samples) {
-            frames.push_back({sample, 0.0F, 0.0F});
+            // One "not a number" would stay in the filters for good.
+            frames.push_back({std::isfinite(sample) ? sample : 0.0F, 0.0F, 0.0F});
         }
         // SDL goes on giving silence when a device has gone; only its status tells.
         if (SDL_GetAudioDeviceStatus(device) == SDL_AUDIO_STOPPED) {

@@ -1,6 +1,7 @@
 """A microphone that goes while the detector listens, at a sound server of the test's own."""
 
 import shutil
+import signal
 import subprocess
 import time
 import unittest
@@ -65,6 +66,28 @@ class MicrophoneRemovalTest(DetectorCase):
                 self.assert_listens(process)
             self.control("unload-module", plug)
             self.end(process)
+
+    def test_a_microphone_that_is_suspended_is_an_error_until_it_goes_on(self):
+        self.control(*SOURCE)
+        process = self.start("--sensor", "microphone")
+        self.assert_listens(process)
+        for _ in range(2):
+            self.control("suspend-source", "microphone", "1")
+            self.assert_complains(process, "stopped giving readings")
+            self.control("suspend-source", "microphone", "0")
+            self.assert_listens(process)
+        process.terminate()
+        self.assertEqual(process.wait(2), 0)
+
+    def test_a_sound_server_that_hangs_is_an_error_and_holds_up_no_end(self):
+        self.control(*SOURCE)
+        process = self.start("--sensor", "microphone")
+        self.assert_listens(process)
+        self.server.send_signal(signal.SIGSTOP)
+        self.addCleanup(self.server.send_signal, signal.SIGCONT)
+        self.assert_complains(process, "stopped giving readings")
+        process.terminate()
+        self.assertEqual(process.wait(2), 0)
 
     def test_a_sound_server_that_is_restarted_is_found_again(self):
         self.control(*SOURCE)

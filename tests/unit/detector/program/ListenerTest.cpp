@@ -8,6 +8,7 @@
 #include <csignal>
 #include <deque>
 #include <functional>
+#include <memory>
 #include <utility>
 
 #include "platform/Descriptor.h"
@@ -138,8 +139,77 @@ TEST_F(ListenerTest, complaintsFollowReadySoThatTheyAreSeen) {
 TEST_F(ListenerTest, endsAtOnceWhenASignalIsThere) {
     const platform::UniqueDescriptor signal{::eventfd(1, EFD_CLOEXEC)};
     settings.signalDescriptor = signal.get();
-    EXPECT_EQ(listen(once({{secondWithKnock(), {}}})), 0);
-    EXPECT_THAT(voice.answers, IsEmpty());
+    EXPECT_EQ(listen([]() -> OpenedSensor {
+                  ADD_FAILURE() << "it opened a sensor first";
+                  return platform::Failed{"none"};
+              }),
+              0);
+}
+
+TEST_F(ListenerTest, theSignalsTimeGoesOnWhenTheSensorIsOpenedAnew) {
+    settings.once = false;
+    settings.pause = std::chrono::milliseconds{0};
+    int opened = 0;
+    const auto open = [&]() -> OpenedSensor {
+        const auto end = ++opened == 3 ? SensorState::Kind::ended : SensorState::Kind::lost;
+        return std::make_unique<ScriptedSensor>(
+            std::deque<ScriptedSensor::Step>{{secondWithKnock(), {end, "it has gone"}}});
+    };
+    EXPECT_EQ(listen(open), 0);
+    ASSERT_EQ(voice.answers.size(), 3U);
+    EXPECT_NEAR(voice.answers[1].second, 1.5, 0.01);
+    EXPECT_NEAR(voice.answers[2].second, 2.5, 0.01);
+}
+
+// Has nothing to say at first, however often it is waited for.
+class SilentSensor final : public Sensor {
+  public:
+    SilentSensor(SensorKind kind, int theWaits) : about{kind, "silent", 1000.0}, waits(theWaits) {}
+
+    const SensorDescription& description() const override { return about; }
+    int descriptor() const override {
+        if (waits-- == 0) {
+            ::eventfd_write(event.get(), 1);
+        }
+        return event.get();
+    }
+    SensorState read(std::vector<Frame>& frames) override {
+        frames.insert(frames.end(), 10, Frame{});
+        return {++reads == 2 ? SensorState::Kind::ended : SensorState::Kind::listening, {}};
+    }
+
+  private:
+    const SensorDescription about;
+    const platform::UniqueDescriptor event{::eventfd(0, EFD_CLOEXEC)};
+    mutable int waits;
+    int reads = 0;
+};
+
+TEST_F(ListenerTest, aMicrophoneThatFallsSilentIsAnErrorUntilItsReadingsComeBack) {
+    settings.once = false;
+    settings.longestSilence = std::chrono::milliseconds{0};
+    EXPECT_EQ(listen([] { return std::make_unique<SilentSensor>(SensorKind::microphone, 5); }), 0);
+    EXPECT_EQ(printed(),
+              "{\"type\":\"ready\",\"sensor\":\"microphone\",\"device\":\"silent\"}\n"
+              "{\"type\":\"error\",\"message\":\"the microphone has stopped giving readings\"}\n"
+              "{\"type\":\"ready\",\"sensor\":\"microphone\",\"device\":\"silent\"}\n");
+}
+
+TEST_F(ListenerTest, anAccelerometerThatFallsSilentIsOpenedAnew) {
+    settings.once = false;
+    settings.pause = settings.longestSilence = std::chrono::milliseconds{0};
+    int waits = 3;
+    const auto open = [&] {
+        return std::make_unique<SilentSensor>(SensorKind::accelerometer, std::exchange(waits, 0));
+    };
+    EXPECT_EQ(listen(open), 0);
+    EXPECT_THAT(printed(), testing::ContainsRegex("ready.*\n.*stopped giving readings.*\n.*ready"));
+}
+
+TEST_F(ListenerTest, withOnceAFallIntoSilenceEndsItWithStatus1) {
+    settings.longestSilence = std::chrono::milliseconds{0};
+    EXPECT_EQ(listen([] { return std::make_unique<SilentSensor>(SensorKind::microphone, 5); }), 1);
+    EXPECT_THAT(printed(), HasSubstr("stopped giving readings"));
 }
 
 TEST_F(ListenerTest, endsWhenItsReaderHasGone) {
