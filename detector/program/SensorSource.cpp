@@ -24,6 +24,20 @@ OpenedSensor openRecording(const std::string& path, bool asFastAsPossible) {
     return std::make_unique<RecordingSensor>(*std::move(read), path, std::move(ticker));
 }
 
+std::string assess(double rate, bool inLid) {
+    auto text = platform::fixedDecimal(rate, 0) + " readings a second";
+    if (rate < lowestRate) {
+        text += "; not taken: too few to feel a knock";
+    } else if (rate < lowestAutoRate) {
+        text += "; taken only if asked for: with fewer than " +
+                platform::fixedDecimal(lowestAutoRate, 0) + " it misses knocks";
+    }
+    if (inLid) {
+        text += "; in the lid, taken after the others";
+    }
+    return text;
+}
+
 }  // namespace
 
 std::vector<OpenedAccelerometer> openAccelerometers(const SystemRoots& roots) {
@@ -48,7 +62,7 @@ OpenedSensor chooseAccelerometer(const SensorChoice& choice,
             continue;
         }
         const double rate = (*sensor)->description().rate;
-        if (choice.sensor != "auto" || rate >= lowestAutoRate) {
+        if (rate >= (choice.sensor == "auto" ? lowestAutoRate : lowestRate)) {
             return std::move(sensor);
         }
         reason =
@@ -89,9 +103,8 @@ OpenedSensor openSensor(const SensorChoice& choice,
 std::vector<std::string> listSensors(const SystemRoots& roots) {
     std::vector<std::string> lines;
     for (const auto& [files, sensor] : openAccelerometers(roots)) {
-        const auto state =
-            sensor ? platform::fixedDecimal((*sensor)->description().rate, 0) + " readings a second"
-                   : sensor.error();
+        const auto state = sensor ? assess((*sensor)->description().rate, files.inLid)
+                                  : "not taken: " + sensor.error();
         lines.push_back("accelerometer\t" + files.id + "\t" + files.name + "\t" + state);
     }
     for (const auto& name : findMicrophones()) {

@@ -18,6 +18,9 @@ struct SensorChoice {
 
 // `auto` passes over an accelerometer that sustains fewer readings a second: it misses knocks.
 inline constexpr double lowestAutoRate = 200.0;
+// Nor is one with fewer of use to who asks for it: a knock has faded within 20 to 50 ms, and falls
+// between two readings.
+inline constexpr double lowestRate = 50.0;
 
 struct OpenedAccelerometer {
     AccelerometerFiles files;
@@ -36,7 +39,7 @@ OpenedSensor chooseAccelerometer(const SensorChoice& choice,
 OpenedSensor openSensor(const SensorChoice& choice,
                         std::vector<OpenedAccelerometer> accelerometers = {});
 
-// One line for each sensor that is there.
+// One line for each sensor that is there: what it is, its name, and what can be said against it.
 std::vector<std::string> listSensors(const SystemRoots& roots);
 
 }  // namespace bonkora::detector

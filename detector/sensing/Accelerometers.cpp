@@ -25,6 +25,12 @@ std::optional<int> deviceNumber(const std::string& id) {
                                   : std::nullopt;
 }
 
+// Newer kernels label the channel's device, older ones (cros_ec) tell its location.
+bool isInLid(const std::string& folder) {
+    return readAttribute(folder + "/label") == "accel-display" ||
+           readAttribute(folder + "/location") == "lid";
+}
+
 void addIndustrialIo(const SystemRoots& roots, std::vector<AccelerometerFiles>& found) {
     std::error_code error;
     for (fs::directory_iterator entry{roots.sysfs + "/bus/iio/devices", error}, end;
@@ -33,11 +39,13 @@ void addIndustrialIo(const SystemRoots& roots, std::vector<AccelerometerFiles>& 
         const std::string id = entry->path().filename();
         if (deviceNumber(id) && readAttribute(folder + "/in_accel_x_raw")) {
             found.push_back({AccelerometerFiles::Family::industrialIo, id,
-                             readAttribute(folder + "/name").value_or(id), folder});
+                             readAttribute(folder + "/name").value_or(id), folder,
+                             isInLid(folder)});
         }
     }
-    std::sort(found.begin(), found.end(),
-              [](const auto& a, const auto& b) { return deviceNumber(a.id) < deviceNumber(b.id); });
+    std::sort(found.begin(), found.end(), [](const auto& a, const auto& b) {
+        return a.inLid != b.inLid ? b.inLid : deviceNumber(a.id) < deviceNumber(b.id);
+    });
 }
 
 // "25 50 100" and "[25 1 400]" (lowest, step, highest) are both in use.
@@ -73,6 +81,16 @@ std::optional<std::string> fastestOffered(const std::string& folder, const std::
                                           : platform::fixedDecimal(fastest, 6);
 }
 
+// Sensor hubs offer no list. They take what they can, or refuse it.
+void tryRates(const std::string& path, HeldSettings& settings) {
+    for (const char* const rate : {"800", "400", "200", "100"}) {
+        if (const auto now = readNumber(path);
+            !now || *now >= *parseNumber<double>(rate) || settings.hold(path, rate)) {
+            return;
+        }
+    }
+}
+
 }  // namespace
 
 std::vector<AccelerometerFiles> findAccelerometers(const SystemRoots& roots) {
@@ -88,11 +106,20 @@ std::vector<AccelerometerFiles> findAccelerometers(const SystemRoots& roots) {
 }
 
 std::optional<double> chooseRate(const std::string& folder, HeldSettings& settings) {
+    // With a hysteresis a hub tells only changes that are larger, as for turning the screen.
+    for (const char* const axis : {"", "_x", "_y", "_z"}) {
+        const std::string path = folder + "/in_accel" + axis + "_hysteresis";
+        if (readNumber(path).value_or(0.0) != 0.0) {
+            static_cast<void>(settings.hold(path, "0"));
+        }
+    }
     for (const std::string prefix : {"", "in_accel_"}) {
         const std::string path = folder + "/" + prefix + "sampling_frequency";
+        // Without the right to change it, the rate stays as it is.
         if (const auto fastest = fastestOffered(folder, prefix)) {
-            // Without the right to change it, the rate stays as it is.
             static_cast<void>(settings.hold(path, *fastest));
+        } else {
+            tryRates(path, settings);
         }
         if (const auto rate = readNumber(path); rate && *rate > 0.0) {
             return std::min(*rate, 100000.0);

@@ -5,6 +5,8 @@
 // and, where the program may, to buffered reading; otherwise the files are polled.
 #pragma once
 
+#include <chrono>
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -19,6 +21,7 @@ struct AccelerometerFiles {
     std::string id;      // "iio:device0", "lis3lv02d"
     std::string name;    // as the device calls itself
     std::string folder;  // of its attribute files
+    bool inLid = false;  // a second one, behind the screen: blows on the base hardly reach it
 };
 
 // The folders under which a system keeps its files; others in tests.
@@ -27,7 +30,8 @@ struct SystemRoots {
     std::string devices = "/dev";
 };
 
-// All that are there, industrial I/O first, in the order of their numbers.
+// All that are there: industrial I/O first, those in the base before those in the lid, in the order
+// of their numbers.
 std::vector<AccelerometerFiles> findAccelerometers(const SystemRoots& roots);
 
 // The open sensor, or why it cannot be read.
@@ -37,10 +41,16 @@ OpenedSensor openAccelerometer(const AccelerometerFiles& files, const SystemRoot
 OpenedSensor openBuffered(const AccelerometerFiles& files, const SystemRoots& roots);
 OpenedSensor openPolled(const AccelerometerFiles& files);
 
-// Sets the fastest rate up to 1600 readings a second that the device offers, where that may be
-// done, and tells the rate then in use; nothing when the device names none.
+// Sets the fastest rate up to 1600 readings a second that the device offers, or takes where it has
+// no list, and no hysteresis, where that may be done; tells the rate then in use, or nothing when
+// the device names none.
 class HeldSettings;
 std::optional<double> chooseRate(const std::string& folder, HeldSettings& settings);
+
+// Readings a second that `read` gives without a pause, judged by at most 20 of them or a tenth of a
+// second; 0 when one of them fails. `now` is the clock.
+double measuredRate(const std::function<bool()>& read,
+                    const std::function<std::chrono::duration<double>()>& now);
 
 // One axis' attribute, its own or the one shared by all: "in_accel_x_scale" or "in_accel_scale".
 std::optional<double> readAxisNumber(const std::string& folder, char axis,

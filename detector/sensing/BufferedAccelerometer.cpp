@@ -179,12 +179,28 @@ class BufferedAccelerometer final : public Sensor {
     std::int64_t lastTime = 0;  // ns; 0 before the first scan
 };
 
+// A program that was killed leaves its buffer switched on, and nobody reads it. The kernel lets
+// only one program open the device: where that works, the buffer is nobody's, and is switched off.
+bool switchOffIfForgotten(const std::string& folder, const std::string& node) {
+    const std::string path = folder + "/buffer/enable";
+    if (readAttribute(path).value_or("0") == "0") {
+        return true;
+    }
+    const platform::UniqueDescriptor reading{
+        ::open(node.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC)};
+    return reading && writeAttribute(path, "0") && readAttribute(path) == "0";
+}
+
 }  // namespace
 
 OpenedSensor openBuffered(const AccelerometerFiles& files, const SystemRoots& roots) {
     const auto scan = readScan(files.folder);
-    if (!scan || readAttribute(files.folder + "/buffer/enable").value_or("1") != "0") {
-        return platform::Failed{"the accelerometer has no buffer, or another program uses it"};
+    const std::string node = roots.devices + "/" + files.id;
+    if (!scan || !readAttribute(files.folder + "/buffer/enable")) {
+        return platform::Failed{"the accelerometer has no buffer"};
+    }
+    if (!switchOffIfForgotten(files.folder, node)) {
+        return platform::Failed{"another program uses the accelerometer's buffer"};
     }
     auto settings = std::make_unique<HeldSettings>();
     const auto rate = chooseRate(files.folder, *settings);
@@ -201,7 +217,6 @@ OpenedSensor openBuffered(const AccelerometerFiles& files, const SystemRoots& ro
     if (!settings->hold(files.folder + "/buffer/enable", "1")) {
         return platform::Failed{"the accelerometer's buffer cannot be switched on"};
     }
-    const std::string node = roots.devices + "/" + files.id;
     platform::UniqueDescriptor device{::open(node.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC)};
     if (!device) {
         return platform::Failed{"the accelerometer's device may not be opened"};

@@ -31,15 +31,15 @@ struct Source {
     double rate = unknownRate;  // at which the device itself takes readings
 };
 
-// "(12,-34,1020)", in `unitsInG` to the g.
-std::optional<Frame> parsePosition(std::string_view text, double unitsInG) {
+// "(12,-34,1020)", in `unitsInG` to the g; two axes are enough, the third is then 0.
+std::optional<Frame> parsePosition(std::string_view text, double unitsInG, std::size_t axes) {
     if (!text.starts_with('(') || !text.ends_with(')')) {
         return std::nullopt;
     }
     text = text.substr(1, text.size() - 2);
     Frame frame{};
-    for (std::size_t axis = 0; axis < frame.size(); ++axis) {
-        const auto end = axis + 1 < frame.size() ? text.find(',') : text.size();
+    for (std::size_t axis = 0; axis < axes; ++axis) {
+        const auto end = axis + 1 < axes ? text.find(',') : text.size();
         if (end == std::string_view::npos) {
             return std::nullopt;
         }
@@ -53,18 +53,31 @@ std::optional<Frame> parsePosition(std::string_view text, double unitsInG) {
     return frame;
 }
 
-Source positionSource(const AccelerometerFiles& files) {
+// Each chip of the family takes only its own rates.
+void raiseRate(const std::string& path, HeldSettings& settings) {
+    for (const char* const rate : {"400", "640", "200", "160", "100"}) {
+        if (const auto now = readNumber(path);
+            !now || *now >= *parseNumber<double>(rate) || settings.hold(path, rate)) {
+            return;
+        }
+    }
+}
+
+Source positionSource(const AccelerometerFiles& files, HeldSettings& settings) {
     const bool inMilliG = files.id == "lis3lv02d";
     const double unitsInG = inMilliG ? 1000.0 : 256.0;
+    const std::size_t axes = files.id == "hdaps" ? 2 : 3;
     Source source;
-    source.read = [path = files.folder + "/position", unitsInG]() -> std::optional<Frame> {
+    source.read = [path = files.folder + "/position", unitsInG, axes]() -> std::optional<Frame> {
         const auto text = readAttribute(path);
-        return text ? parsePosition(*text, unitsInG) : std::nullopt;
+        return text ? parsePosition(*text, unitsInG, axes) : std::nullopt;
     };
     if (files.id == "hdaps") {
         source.rate = 50.0;  // its controller samples no faster
-    } else if (const auto rate = readNumber(files.folder + "/rate"); rate && *rate > 0.0) {
-        source.rate = *rate;
+    } else {
+        raiseRate(files.folder + "/rate", settings);
+        const auto rate = readNumber(files.folder + "/rate");
+        source.rate = rate && *rate > 0.0 ? *rate : unknownRate;
     }
     return source;
 }
@@ -99,19 +112,6 @@ std::optional<Source> industrialIoSource(const AccelerometerFiles& files, HeldSe
         return frame;
     };
     return source;
-}
-
-// Readings a second that the files give without a pause; 0 when they give none.
-double measuredRate(const Read& read) {
-    constexpr int count = 20;
-    const auto begin = std::chrono::steady_clock::now();
-    for (int i = 0; i < count; ++i) {
-        if (!read()) {
-            return 0.0;
-        }
-    }
-    const std::chrono::duration<double> passed = std::chrono::steady_clock::now() - begin;
-    return count / std::max(passed.count(), 1e-6);
 }
 
 class PolledAccelerometer final : public Sensor {
@@ -152,18 +152,40 @@ class PolledAccelerometer final : public Sensor {
 
 }  // namespace
 
+double measuredRate(const std::function<bool()>& read,
+                    const std::function<std::chrono::duration<double>()>& now) {
+    constexpr int most = 20;
+    constexpr std::chrono::duration<double> longest{0.1};
+    const auto begin = now();
+    std::chrono::duration<double> passed{};
+    int count = 0;
+    for (; count < most && passed < longest; ++count) {
+        if (!read()) {
+            return 0.0;
+        }
+        passed = now() - begin;
+    }
+    return count / std::max(passed.count(), 1e-6);
+}
+
 OpenedSensor openPolled(const AccelerometerFiles& files) {
     auto settings = std::make_unique<HeldSettings>();
     auto source = files.family == AccelerometerFiles::Family::position
-                      ? positionSource(files)
+                      ? positionSource(files, *settings)
                       : industrialIoSource(files, *settings);
     if (!source) {
         return platform::Failed{"the accelerometer's files lack its scale"};
     }
     // Half of what is possible leaves the device's bus to others as well.
-    const double rate = std::min({source->rate, measuredRate(source->read) / 2.0, highestRate});
-    if (!(rate >= 1.0)) {
+    const double possible =
+        measuredRate([&] { return source->read().has_value(); },
+                     [] { return std::chrono::steady_clock::now().time_since_epoch(); });
+    const double rate = std::min({source->rate, possible / 2.0, highestRate});
+    if (!(rate > 0.0)) {
         return platform::Failed{"the accelerometer's files cannot be read"};
+    }
+    if (rate < 1.0) {
+        return platform::Failed{"the accelerometer takes longer than a second for a reading"};
     }
     auto ticker = Ticker::every(std::chrono::nanoseconds{static_cast<std::int64_t>(1e9 / rate)});
     if (!ticker) {

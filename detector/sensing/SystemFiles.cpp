@@ -17,6 +17,10 @@ namespace bonkora::detector {
 
 namespace {
 
+platform::UniqueDescriptor openForWriting(const std::string& path) {
+    return platform::UniqueDescriptor{::open(path.c_str(), O_WRONLY | O_CLOEXEC | O_TRUNC)};
+}
+
 // An attribute takes its value in one write at the beginning, as a shell's echo does it.
 bool write(int file, std::string_view value) {
     const std::string line = std::string{value} + "\n";
@@ -69,6 +73,11 @@ std::optional<double> readNumber(const std::string& path) {
     return text ? parseNumber<double>(*text) : std::nullopt;
 }
 
+bool writeAttribute(const std::string& path, const std::string& value) {
+    const auto file = openForWriting(path);
+    return file && write(file.get(), value);
+}
+
 HeldSettings::~HeldSettings() {
     for (; !settings.empty(); settings.pop_back()) {
         // A device that has gone cannot be restored, and need not be.
@@ -84,7 +93,7 @@ bool HeldSettings::hold(const std::string& path, const std::string& value) {
     if (*before == value) {
         return true;
     }
-    platform::UniqueDescriptor file{::open(path.c_str(), O_WRONLY | O_CLOEXEC | O_TRUNC)};
+    auto file = openForWriting(path);
     if (!file || !write(file.get(), value)) {
         return false;
     }

@@ -21,6 +21,9 @@ std::optional<std::string> readAttribute(const std::string& path);
 // The whole attribute as a finite number, or nothing.
 std::optional<double> readNumber(const std::string& path);
 
+// False when the file is missing, may not be written or refuses the value.
+[[nodiscard]] bool writeAttribute(const std::string& path, const std::string& value);
+
 // Keeps attribute files at values of ours, and writes their old values back, the last one first,
 // when it is destroyed. The files stay open meanwhile, so that this works too after the program has
 // given up root's rights.

@@ -87,7 +87,8 @@ class DetectorCase(unittest.TestCase):
         device.mkdir(parents=True)
         for file, text in {"name": name, "in_accel_x_raw": "0", "in_accel_y_raw": "0",
                            "in_accel_z_raw": "1000", "in_accel_scale": "0.00980665",
-                           "sampling_frequency": str(rate)}.items():
+                           "sampling_frequency": str(rate),
+                           "sampling_frequency_available": str(rate)}.items():
             (device / file).write_text(text + "\n")
         return device
 

@@ -4,7 +4,10 @@
 #include <gtest/gtest.h>
 #include <poll.h>
 
+#include <chrono>
 #include <filesystem>
+#include <string>
+#include <utility>
 
 #include "detector/program/SensorSource.h"
 #include "tests/support/TemporaryFolder.h"
@@ -13,6 +16,7 @@ namespace bonkora::detector {
 
 namespace {
 
+using testing::Contains;
 using testing::ElementsAre;
 using testing::FloatNear;
 using testing::HasSubstr;
@@ -41,6 +45,7 @@ class AccelerometersTest : public testing::Test {
         write(device + "in_accel_scale", "0.00980665");
         if (!rate.empty()) {
             write(device + "sampling_frequency", rate);
+            write(device + "sampling_frequency_available", rate);
         }
     }
 
@@ -134,6 +139,91 @@ TEST_F(AccelerometersTest, autoPassesOverOneThatIsTooSlowAndSaysSo) {
     EXPECT_EQ(opened.error(), "sluggish gives only 100 readings a second");
     choice.sensor = "accelerometer";
     EXPECT_TRUE(chooseAccelerometer(choice, openAccelerometers(roots)));
+    EXPECT_THAT(listSensors(roots),
+                Contains(HasSubstr("100 readings a second; taken only if asked for")));
+}
+
+TEST_F(AccelerometersTest, oneThatCannotFeelAKnockIsRefusedEvenIfAskedFor) {
+    addIndustrialIo(0, "hub", "10");
+    SensorChoice choice;
+    choice.sensor = "accelerometer";
+    choice.roots = roots;
+    const auto opened = chooseAccelerometer(choice, openAccelerometers(roots));
+    ASSERT_FALSE(opened);
+    EXPECT_EQ(opened.error(), "hub gives only 10 readings a second");
+    EXPECT_THAT(listSensors(roots), Contains(HasSubstr("not taken: too few to feel a knock")));
+}
+
+TEST_F(AccelerometersTest, aHubWithoutAListOfRatesIsAskedForAFastOneAndForNoHysteresis) {
+    addIndustrialIo(0, "hub", "");
+    const std::string device = "bus/iio/devices/iio:device0/";
+    write(device + "in_accel_sampling_frequency", "10.000000");
+    write(device + "in_accel_hysteresis", "0.500000");
+    {
+        const auto opened = openPolled(findAccelerometers(roots).at(0));
+        ASSERT_TRUE(opened) << opened.error();
+        EXPECT_EQ((*opened)->description().rate, 400.0);
+        EXPECT_EQ(contentOf(device + "in_accel_sampling_frequency"), "800");
+        EXPECT_EQ(contentOf(device + "in_accel_hysteresis"), "0");
+    }
+    EXPECT_EQ(contentOf(device + "in_accel_sampling_frequency"), "10.000000");
+    EXPECT_EQ(contentOf(device + "in_accel_hysteresis"), "0.500000");
+}
+
+TEST_F(AccelerometersTest, aHubThatRefusesEveryRateKeepsItsOwn) {
+    addIndustrialIo(0, "hub", "");
+    // An attribute of the kernel's own that nobody may write, and that holds a number like 40.
+    const std::string fixed = "/proc/sys/kernel/cap_last_cap";
+    std::filesystem::create_symlink(fixed, folder / ("sys/bus/iio/devices/iio:device0/"
+                                                     "sampling_frequency"));
+    const auto opened = openPolled(findAccelerometers(roots).at(0));
+    ASSERT_TRUE(opened) << opened.error();
+    EXPECT_EQ((*opened)->description().rate, std::stod(test::readFile(fixed)));
+}
+
+TEST_F(AccelerometersTest, theOneInTheBaseIsTakenBeforeTheOneInTheLid) {
+    addIndustrialIo(0, "cros-ec-accel", "400");
+    addIndustrialIo(1, "cros-ec-accel", "400");
+    for (const auto& [lid, base] :
+         {std::pair{"location", "base"}, std::pair{"label", "accel-base"}}) {
+        const std::string word = std::string{lid} == "label" ? "accel-display" : "lid";
+        write(std::string{"bus/iio/devices/iio:device0/"} + lid, word);
+        write(std::string{"bus/iio/devices/iio:device1/"} + lid, base);
+        EXPECT_EQ(findAccelerometers(roots).at(0).id, "iio:device1");
+    }
+    EXPECT_THAT(listSensors(roots), Contains(HasSubstr("in the lid, taken after the others")));
+}
+
+TEST_F(AccelerometersTest, twoAxesAreReadAndTheThirdIsStill) {
+    write("devices/platform/hdaps/position", "(128,-256)");
+    const auto opened = openPolled(findAccelerometers(roots).at(0));
+    ASSERT_TRUE(opened) << opened.error();
+    EXPECT_EQ((*opened)->description().rate, 50.0);
+    EXPECT_THAT(nextReading(**opened), ElementsAre(0.5F, -1.0F, 0.0F));
+}
+
+TEST_F(AccelerometersTest, aPositionFilesRateIsRaisedAndGivenBack) {
+    write("devices/platform/lis3lv02d/position", "(0,0,1000)");
+    write("devices/platform/lis3lv02d/rate", "40");
+    {
+        const auto opened = openPolled(findAccelerometers(roots).at(0));
+        ASSERT_TRUE(opened) << opened.error();
+        EXPECT_EQ((*opened)->description().rate, 400.0);
+    }
+    EXPECT_EQ(contentOf("devices/platform/lis3lv02d/rate"), "40");
+}
+
+TEST(MeasuredRateTest, aSlowDeviceIsKnownAfterOneReading) {
+    std::chrono::duration<double> time{0.0};
+    int reads = 0;
+    const auto rate = measuredRate(
+        [&] {
+            time += std::chrono::seconds{6};
+            return ++reads > 0;
+        },
+        [&] { return time; });
+    EXPECT_EQ(reads, 1);
+    EXPECT_NEAR(rate, 1.0 / 6.0, 1e-9);
 }
 
 TEST_F(AccelerometersTest, aNamedDeviceIsTheOnlyOneTaken) {

@@ -170,8 +170,20 @@ TEST_F(BufferedAccelerometerTest, aDeviceThatIsRemovedIsLost) {
     EXPECT_EQ(frames.size(), 1U);
 }
 
+TEST_F(BufferedAccelerometerTest, aBufferThatAKilledProgramLeftOnIsSwitchedOffAndSetUpAnew) {
+    write("buffer/enable", "1");
+    {
+        const auto sensor = open();
+        EXPECT_EQ(sensor->description().rate, 400.0);
+        EXPECT_EQ(content("buffer/enable"), "1");
+    }
+    EXPECT_EQ(content("buffer/enable"), "0");
+}
+
 TEST_F(BufferedAccelerometerTest, aDeviceThatAnotherProgramReadsIsLeftAlone) {
     write("buffer/enable", "1");
+    // The kernel refuses a second reader; so does what is no device.
+    ASSERT_EQ(::unlink((folder / "dev/iio:device0").c_str()), 0);
     EXPECT_FALSE(openBuffered(findAccelerometers(roots).at(0), roots));
     EXPECT_EQ(content("sampling_frequency"), "100");
 }
