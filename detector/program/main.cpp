@@ -1,12 +1,17 @@
 // The detector's entry: reads the command line and the configuration, gives up root's rights, and
 // runs the listener.
 #include <fcntl.h>
+#include <poll.h>
 #include <signal.h>
 #include <sys/signalfd.h>
 #include <unistd.h>
 
+#include <array>
+#include <cerrno>
+#include <chrono>
 #include <iostream>
 #include <string>
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -64,14 +69,29 @@ std::unique_ptr<Voice> openVoice(const Voice::Settings& settings, int standardEr
     auto opened = Voice::open(settings);
     if (!opened) {
         platform::writeAll(standardError, "spank: " + opened.error() + "\n");
-        return nullptr;
+        return Voice::waiting(settings);
     }
     return *std::move(opened);
+}
+
+// Ends the program a tenth of a second after it was told to, or after its reader has gone, even
+// while the main thread waits for a device or a sound server that does not answer. Usually the
+// listener is through long before.
+void endInTime(int signalDescriptor) {
+    std::thread{[signalDescriptor] {
+        constexpr std::chrono::milliseconds graceful{80};
+        std::array<pollfd, 2> reasons{{{signalDescriptor, POLLIN, 0}, {STDOUT_FILENO, 0, 0}}};
+        while (::poll(reasons.data(), reasons.size(), -1) < 0 && errno == EINTR) {
+        }
+        std::this_thread::sleep_for(graceful);
+        ::_exit(0);
+    }}.detach();
 }
 
 int listen(const Options& options, const platform::Bundle& bundle) {
     const auto standardError = silenceLibraries();
     const auto signals = endingSignals();
+    endInTime(signals.get());
     EventWriter writer{STDOUT_FILENO, options.stdio};
 
     // What only root may open is opened first; whatever a user names, the user opens.

@@ -38,11 +38,12 @@ class KeenChoice final : public SoundChoice {
   public:
     std::size_t next(std::size_t count, double time) override {
         constexpr double calmingTime = 5.0;  // s, to 1/e
-        excitement *= std::exp(-(time - lastTime) / calmingTime);
+        // A time that falls, such as that of another sensor, calms nobody and excites nobody.
+        excitement *= std::exp(-std::max(0.0, time - lastTime) / calmingTime);
         lastTime = time;
-        const auto step = std::min(static_cast<std::size_t>(excitement + 0.5), count - 1);
+        const double step = std::min(excitement + 0.5, static_cast<double>(count - 1));
         excitement += 1.0;
-        return step;
+        return static_cast<std::size_t>(step);
     }
 
   private:

@@ -1,9 +1,12 @@
 #include "detector/sound/SoundFiles.h"
 
+#include <SDL.h>
+#include <sndfile.h>
+
 #include <algorithm>
-#include <cstdint>
 #include <filesystem>
 #include <system_error>
+#include <utility>
 
 #include "platform/Text.h"
 
@@ -22,32 +25,66 @@ bool isSoundFile(const fs::directory_entry& entry) {
            entry.is_regular_file(error) && entry.file_size(error) <= largestFile && !error;
 }
 
-// A file that seems to end once `stopping` is true: the way to interrupt SDL's decoders.
-struct StoppableFile {
-    SDL_RWops* file;
-    const std::atomic<bool>* stopping;
+// libsndfile reads piece by piece, so that reading can stop at any time.
+using OpenFile = std::unique_ptr<SNDFILE, decltype(&sf_close)>;
 
-    static StoppableFile& of(SDL_RWops* self) {
-        return *static_cast<StoppableFile*>(self->hidden.unknown.data1);
+// Bytes in the form in which the mixer plays them.
+class MixerForm {
+  public:
+    explicit MixerForm(const SF_INFO& from)
+        : stream{
+              SDL_NewAudioStream(AUDIO_F32SYS, static_cast<Uint8>(from.channels), from.samplerate,
+                                 format.samples, static_cast<Uint8>(format.channels), format.rate),
+              SDL_FreeAudioStream} {}
+
+    bool put(const std::vector<float>& samples, std::size_t count) {
+        return stream != nullptr &&
+               SDL_AudioStreamPut(stream.get(), samples.data(),
+                                  static_cast<int>(count * sizeof(float))) == 0 &&
+               drain();
     }
-    static Sint64 size(SDL_RWops* self) { return SDL_RWsize(of(self).file); }
-    static Sint64 seek(SDL_RWops* self, Sint64 offset, int from) {
-        return SDL_RWseek(of(self).file, offset, from);
+    bool finish() {
+        return stream != nullptr && SDL_AudioStreamFlush(stream.get()) == 0 && drain();
     }
-    static std::size_t read(SDL_RWops* self, void* bytes, std::size_t size, std::size_t count) {
-        return of(self).stopping->load() ? 0 : SDL_RWread(of(self).file, bytes, size, count);
+
+    std::vector<Uint8> bytes;
+
+  private:
+    struct Format {
+        int rate = 0;
+        Uint16 samples = 0;
+        int channels = 0;
+        Format() { Mix_QuerySpec(&rate, &samples, &channels); }
+    };
+
+    bool drain() {
+        const int available = SDL_AudioStreamAvailable(stream.get());
+        const auto before = bytes.size();
+        bytes.resize(before + static_cast<std::size_t>(available));
+        return SDL_AudioStreamGet(stream.get(), bytes.data() + before, available) == available;
     }
-    static std::size_t write(SDL_RWops*, const void*, std::size_t, std::size_t) { return 0; }
-    static int close(SDL_RWops*) { return 0; }  // its owner sees to that
+
+    const Format format;
+    const std::unique_ptr<SDL_AudioStream, decltype(&SDL_FreeAudioStream)> stream;
+};
+
+// The chunk points into the bytes beside it.
+struct HeldSound {
+    std::vector<Uint8> bytes;
+    Mix_Chunk chunk{};
 };
 
 }  // namespace
 
-std::vector<std::string> soundFilesIn(const std::string& folder) {
+std::vector<std::string> soundFilesIn(const std::string& folder,
+                                      const std::atomic<bool>& stopping) {
     std::vector<std::string> files;
     std::error_code error;
     for (fs::directory_iterator entry{folder, error}, end; !error && entry != end;
          entry.increment(error)) {
+        if (stopping) {
+            return {};
+        }
         if (isSoundFile(*entry)) {
             files.push_back(entry->path());
         }
@@ -60,28 +97,38 @@ std::vector<std::string> soundFilesIn(const std::string& folder) {
 }
 
 Sound readSound(const std::string& path, const std::atomic<bool>& stopping) {
-    const std::unique_ptr<SDL_RWops, int (*)(SDL_RWops*)> file{SDL_RWFromFile(path.c_str(), "rb"),
-                                                               SDL_RWclose};
-    if (!file) {
+    SF_INFO info{};
+    const OpenFile file{sf_open(path.c_str(), SFM_READ, &info), &sf_close};
+    constexpr int mostChannels = 8;  // that SDL can mix down
+    if (!file || info.channels < 1 || info.channels > mostChannels || info.samplerate < 1000 ||
+        info.samplerate > 384000) {
         return nullptr;
     }
-    StoppableFile stoppable{file.get(), &stopping};
-    const std::unique_ptr<SDL_RWops, void (*)(SDL_RWops*)> source{SDL_AllocRW(), SDL_FreeRW};
-    if (!source) {
+    constexpr sf_count_t pieceFrames = 4096;
+    MixerForm form{info};
+    std::vector<float> piece(static_cast<std::size_t>(pieceFrames * info.channels));
+    for (sf_count_t left = sf_count_t{longestSound} * info.samplerate; left > 0;) {
+        const auto count = sf_readf_float(file.get(), piece.data(), std::min(left, pieceFrames));
+        if (stopping) {
+            return nullptr;
+        }
+        if (count <= 0) {
+            break;
+        }
+        if (!form.put(piece, static_cast<std::size_t>(count * info.channels))) {
+            return nullptr;
+        }
+        left -= count;
+    }
+    if (!form.finish() || form.bytes.empty()) {
         return nullptr;
     }
-    source->size = &StoppableFile::size;
-    source->seek = &StoppableFile::seek;
-    source->read = &StoppableFile::read;
-    source->write = &StoppableFile::write;
-    source->close = &StoppableFile::close;
-    source->hidden.unknown.data1 = &stoppable;
-    Sound sound{Mix_LoadWAV_RW(source.get(), 0), [](Mix_Chunk* chunk) {
-                    if (chunk != nullptr) {
-                        Mix_FreeChunk(chunk);
-                    }
-                }};
-    return sound && sound->alen > 0 ? sound : nullptr;
+    auto held = std::make_shared<HeldSound>();
+    held->bytes = std::move(form.bytes);
+    held->chunk.abuf = held->bytes.data();
+    held->chunk.alen = static_cast<Uint32>(held->bytes.size());
+    held->chunk.volume = MIX_MAX_VOLUME;
+    return {held, &held->chunk};
 }
 
 }  // namespace bonkora::detector

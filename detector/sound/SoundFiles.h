@@ -10,15 +10,19 @@
 
 namespace bonkora::detector {
 
+// Ready to be played.
 using Sound = std::shared_ptr<Mix_Chunk>;
 
-// The folder's .mp3, .ogg, .flac and .wav files, whatever the case of their letters, of at most
-// 16 MiB, in the order of their names with numbers by their value. Empty when there is none or the
-// folder cannot be read. Any thread.
-std::vector<std::string> soundFilesIn(const std::string& folder);
+// Longer sounds are cut there: a small file can hold hours, and no answer to a knock takes as long.
+inline constexpr int longestSound = 60;  // s
 
-// The whole sound, ready to be played; nothing when the file holds none. Reading ends early, with
-// what was read until then or nothing, once `stopping` is true. The mixer must be open. Any thread.
+// The folder's .mp3, .ogg, .flac and .wav files, whatever the case of their letters, of at most
+// 16 MiB, in the order of their names with numbers by their value. Empty when there is none, the
+// folder cannot be read, or `stopping` becomes true meanwhile. Any thread.
+std::vector<std::string> soundFilesIn(const std::string& folder, const std::atomic<bool>& stopping);
+
+// The sound in the mixer's form; nothing when the file holds none, or `stopping` becomes true. The
+// mixer must be open. Any thread.
 Sound readSound(const std::string& path, const std::atomic<bool>& stopping);
 
 }  // namespace bonkora::detector

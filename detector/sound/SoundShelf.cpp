@@ -29,11 +29,8 @@ class LoadedShelf final : public SoundShelf {
 
 class ReadingShelf final : public SoundShelf {
   public:
-    ReadingShelf(std::vector<std::string> theFiles, std::unique_ptr<SoundChoice> theChoice)
-        : files(std::move(theFiles)),
-          choice(std::move(theChoice)),
-          empty(files.empty()),
-          reader([this] {
+    ReadingShelf(std::string theFolder, std::unique_ptr<SoundChoice> theChoice)
+        : folder(std::move(theFolder)), choice(std::move(theChoice)), reader([this] {
               readAhead();
               SDL_TLSCleanup();  // SDL keeps its errors for each thread, and cleans up its own only
           }) {}
@@ -61,6 +58,7 @@ class ReadingShelf final : public SoundShelf {
 
   private:
     void readAhead() {
+        files = soundFilesIn(folder, stopping);
         while (!files.empty()) {
             {
                 std::unique_lock lock{mutex};
@@ -81,6 +79,7 @@ class ReadingShelf final : public SoundShelf {
         empty = true;
     }
 
+    const std::string folder;
     std::vector<std::string> files;  // the reader's; those that hold no sound leave it
     const std::unique_ptr<SoundChoice> choice;
     std::mutex mutex;
@@ -88,17 +87,17 @@ class ReadingShelf final : public SoundShelf {
     Sound next;
     Sound last;
     std::atomic<bool> stopping{false};
-    std::atomic<bool> empty;
+    std::atomic<bool> empty{false};
     std::thread reader;  // the last member: it uses all others
 };
 
 }  // namespace
 
-std::unique_ptr<SoundShelf> SoundShelf::loaded(const std::vector<std::string>& files,
+std::unique_ptr<SoundShelf> SoundShelf::loaded(const std::string& folder,
                                                std::unique_ptr<SoundChoice> choice) {
     const std::atomic<bool> never{false};
     std::vector<Sound> sounds;
-    for (const auto& file : files) {
+    for (const auto& file : soundFilesIn(folder, never)) {
         if (auto sound = readSound(file, never)) {
             sounds.push_back(std::move(sound));
         }
@@ -106,9 +105,9 @@ std::unique_ptr<SoundShelf> SoundShelf::loaded(const std::vector<std::string>& f
     return std::make_unique<LoadedShelf>(std::move(sounds), std::move(choice));
 }
 
-std::unique_ptr<SoundShelf> SoundShelf::readingAhead(std::vector<std::string> files,
+std::unique_ptr<SoundShelf> SoundShelf::readingAhead(std::string folder,
                                                      std::unique_ptr<SoundChoice> choice) {
-    return std::make_unique<ReadingShelf>(std::move(files), std::move(choice));
+    return std::make_unique<ReadingShelf>(std::move(folder), std::move(choice));
 }
 
 }  // namespace bonkora::detector

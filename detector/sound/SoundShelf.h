@@ -23,11 +23,12 @@ class SoundShelf {
     virtual bool isEmpty() const = 0;
 
     // A small set, kept in memory as a whole.
-    static std::unique_ptr<SoundShelf> loaded(const std::vector<std::string>& files,
+    static std::unique_ptr<SoundShelf> loaded(const std::string& folder,
                                               std::unique_ptr<SoundChoice> choice);
-    // A set of any size: a thread of its own reads the next sound while the last one is played, so
-    // that two are in memory. Knocks that come faster hear the last one again.
-    static std::unique_ptr<SoundShelf> readingAhead(std::vector<std::string> files,
+    // A folder of any size: a thread of its own looks into it, and reads the next sound while the
+    // last one is played, so that two are in memory. Knocks that come faster hear the last one
+    // again.
+    static std::unique_ptr<SoundShelf> readingAhead(std::string folder,
                                                     std::unique_ptr<SoundChoice> choice);
 };
 

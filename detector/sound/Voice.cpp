@@ -31,10 +31,7 @@ class Mixer {
     Mixer(Key, std::unique_ptr<SdlSystem> theSystem) : system(std::move(theSystem)) {}
     Mixer(const Mixer&) = delete;
     Mixer& operator=(const Mixer&) = delete;
-    ~Mixer() {
-        Mix_CloseAudio();
-        Mix_Quit();
-    }
+    ~Mixer() { Mix_CloseAudio(); }
 
     static std::unique_ptr<Mixer> open() {
         auto sdl = SdlSystem::start();
@@ -42,7 +39,6 @@ class Mixer {
                                         SDL_AUDIO_ALLOW_SAMPLES_CHANGE) != 0) {
             return nullptr;
         }
-        Mix_Init(MIX_INIT_MP3 | MIX_INIT_OGG | MIX_INIT_FLAC);
         Mix_AllocateChannels(channels);
         return std::make_unique<Mixer>(Key{}, std::move(sdl));
     }
@@ -58,14 +54,13 @@ class MixedVoice final : public Voice {
         const auto seed = std::random_device{}();
         const bool isCustom = settings.set == SoundSet::custom;
         const auto set = isCustom ? SoundSet::pain : settings.set;
-        builtIn = SoundShelf::loaded(soundFilesIn(folderOf(set)), SoundChoice::of(set, seed));
+        builtIn = SoundShelf::loaded(folderOf(set), SoundChoice::of(set, seed));
         if (builtIn->isEmpty()) {
             complaint = "there are no sounds in " + folderOf(set);
         }
         if (isCustom) {
-            custom = SoundShelf::readingAhead(soundFilesIn(settings.customFolder),
+            custom = SoundShelf::readingAhead(settings.customFolder,
                                               SoundChoice::of(SoundSet::custom, seed));
-            dropCustomIfEmpty();
         }
     }
     MixedVoice(const MixedVoice&) = delete;
@@ -98,6 +93,7 @@ class MixedVoice final : public Voice {
     bool isSounding() const override { return Mix_Playing(-1) > 0; }
 
     std::optional<std::string> takeComplaint() override {
+        dropCustomIfEmpty();
         return std::exchange(complaint, std::nullopt);
     }
 
@@ -126,6 +122,32 @@ class MixedVoice final : public Voice {
     std::optional<std::string> complaint;
 };
 
+// Stands in while there is no sound device.
+class WaitingVoice final : public Voice {
+  public:
+    explicit WaitingVoice(Settings theSettings) : settings(std::move(theSettings)) {}
+
+    void answer(double amplitude, SensorKind kind, double time) override {
+        constexpr double pause = 5.0;  // s; looking for a device takes a while
+        if (!voice && time >= nextLook) {
+            nextLook = time + pause;
+            voice = Voice::open(settings).value_or(nullptr);
+        }
+        if (voice) {
+            voice->answer(amplitude, kind, time);
+        }
+    }
+    bool isSounding() const override { return voice && voice->isSounding(); }
+    std::optional<std::string> takeComplaint() override {
+        return voice ? voice->takeComplaint() : std::nullopt;
+    }
+
+  private:
+    const Settings settings;
+    std::unique_ptr<Voice> voice;
+    double nextLook = 0.0;  // s of the signal
+};
+
 }  // namespace
 
 double fullForce(SensorKind kind) {
@@ -149,6 +171,10 @@ platform::Result<std::unique_ptr<Voice>> Voice::open(const Settings& settings) {
         return platform::Failed{"there is no sound device; counting goes on without sound"};
     }
     return std::make_unique<MixedVoice>(std::move(mixer), settings);
+}
+
+std::unique_ptr<Voice> Voice::waiting(const Settings& settings) {
+    return std::make_unique<WaitingVoice>(settings);
 }
 
 }  // namespace bonkora::detector

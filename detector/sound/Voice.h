@@ -45,6 +45,8 @@ class Voice {
 
     // The voice through the default sound device, or why there is none.
     static platform::Result<std::unique_ptr<Voice>> open(const Settings& settings);
+    // Keeps quiet until a knock finds a sound device; looks for one at most every 5 s.
+    static std::unique_ptr<Voice> waiting(const Settings& settings);
 };
 
 }  // namespace bonkora::detector

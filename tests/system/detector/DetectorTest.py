@@ -14,7 +14,7 @@ import unittest
 import wave
 
 import claims
-from detectors import DetectorCase, signal_with, write_wav
+from detectors import RATE, DetectorCase, signal_with, write_wav
 
 COUNTED = ("slap", "hit", "playing")    # letters that an application counts in plain lines
 
@@ -328,6 +328,41 @@ class DetectorTest(DetectorCase):
         for word in COUNTED:
             self.assertNotIn(word, done.stderr.lower())
 
+    def test_a_small_file_of_hours_takes_little_memory(self):
+        own = self.folder / "hours"
+        own.mkdir()
+        with wave.open(str(own / "silence.wav"), "wb") as file:
+            file.setparams((1, 1, 4000, 0, "NONE", ""))
+            file.writeframes(bytes([128]) * 4000 * 3600)
+        self.environment["SDL_DISKAUDIOFILEIN"] = "/dev/zero"
+        process = self.start_on_disk("--sensor", "microphone", "--custom", own)
+        self.assertEqual(self.event(process)["type"], "ready")
+        time.sleep(1.5)
+        self.assertLess(self.resident(process), 100 * 1024 * 1024)
+
+    def start_on_disk(self, *arguments):
+        self.environment.update(SDL_AUDIODRIVER="disk", SDL_DISKAUDIOFILE="/dev/null")
+        return self.start(*arguments)
+
+    def test_it_ends_soon_after_sigterm_at_any_moment_of_its_start(self):
+        own = self.folder / "many"
+        own.mkdir()
+        for number in range(20000):
+            (own / f"{number}.mp3").touch()
+        with wave.open(str(own / "0.wav"), "wb") as file:
+            file.setparams((1, 1, 4000, 0, "NONE", ""))
+            file.writeframes(bytes([128]) * 4000 * 3600)
+        self.environment["SDL_DISKAUDIOFILEIN"] = "/dev/zero"
+        for delay in (0.03, 0.06, 0.1, 0.2, 0.4, 0.8):
+            process = self.start_on_disk("--sensor", "microphone", "--custom", own)
+            time.sleep(delay)
+            begin = time.monotonic()
+            process.terminate()
+            status = process.wait(10)
+            # A tenth of a second, and what a busy machine adds.
+            self.assertLess(time.monotonic() - begin, 0.3, delay)
+            self.assertIn(status, (0, -signal.SIGTERM))
+
     def test_mute_keeps_quiet(self):
         self.configure("mute = yes\n")
         self.environment["SDL_AUDIODRIVER"] = "no such driver"
@@ -335,6 +370,19 @@ class DetectorTest(DetectorCase):
         done = self.run_spank("--stdio", "--sensor", f"file:{self.folder}/k.wav")
         self.assertEqual(done.stdout.count('"slap"'), 1)
         self.assertEqual(done.stderr, "")
+
+    def test_what_is_no_number_leaves_the_microphone_hearing(self):
+        node = self.folder / "microphone"
+        device = self.pipe_for_device(node)
+        self.configure("mute = yes\n")
+        self.environment.update(SDL_DISKAUDIODELAY="0", SDL_DISKAUDIOFILEIN=str(node))
+        process = self.start_on_disk("--sensor", "microphone")
+        self.assertEqual(self.event(process)["type"], "ready")
+        for odd in (math.nan, math.inf, -math.inf):
+            samples = array.array("f", signal_with([(0.5, 0.5)], 0.8))
+            samples[RATE // 10] = odd
+            os.write(device, samples.tobytes())
+            self.assertEqual(self.event(process)["type"], "slap")
 
     # Cost
 

@@ -2,8 +2,14 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <cmath>
 #include <cstdlib>
 #include <map>
+#include <optional>
+#include <string>
+#include <thread>
+#include <utility>
 
 #include "detector/sound/SoundChoice.h"
 #include "detector/sound/SoundFiles.h"
@@ -77,11 +83,27 @@ TEST(SoundChoiceTest, quickKnocksExciteAndAPauseCalms) {
     EXPECT_LE(choice->next(8, 104.0), 1U);
 }
 
+TEST(SoundChoiceTest, aTimeThatFallsExcitesNobody) {
+    const auto choice = SoundChoice::of(SoundSet::sexy, 0);
+    EXPECT_EQ(choice->next(8, 100000.0), 0U);
+    EXPECT_EQ(choice->next(8, 0.0), 1U);
+    EXPECT_EQ(choice->next(8, 100.0), 0U);
+}
+
 TEST(SoundChoiceTest, theChantIsSungInOrder) {
     const auto choice = SoundChoice::of(SoundSet::halo, 0);
     for (std::size_t i = 0; i < 10; ++i) {
         EXPECT_EQ(choice->next(6, 0.0), i % 6);
     }
+}
+
+const std::atomic<bool> never{false};
+const std::atomic<bool> atOnce{true};
+
+TEST(SoundFilesTest, lookingIntoAFolderStopsWhenItIsToldTo) {
+    const test::TemporaryFolder folder;
+    folder.write("1.wav", "x");
+    EXPECT_THAT(soundFilesIn(folder.path(), atOnce), IsEmpty());
 }
 
 TEST(SoundFilesTest, onlySoundFilesCountInTheOrderOfTheirNumbers) {
@@ -90,11 +112,11 @@ TEST(SoundFilesTest, onlySoundFilesCountInTheOrderOfTheirNumbers) {
         folder.write(name, "x");
     }
     folder.makeFolder("f.mp3");
-    EXPECT_THAT(soundFilesIn(folder.path()),
+    EXPECT_THAT(soundFilesIn(folder.path(), never),
                 testing::UnorderedElementsAre(folder / "10.wav", folder / "9.WAV", folder / "a.mp3",
                                               folder / "b.Ogg", folder / "c.flac"));
-    EXPECT_THAT(soundFilesIn("/nowhere/at/all"), IsEmpty());
-    EXPECT_THAT(soundFilesIn(folder / "d.txt"), IsEmpty());
+    EXPECT_THAT(soundFilesIn("/nowhere/at/all", never), IsEmpty());
+    EXPECT_THAT(soundFilesIn(folder / "d.txt", never), IsEmpty());
 }
 
 // The voice through SDL's dummy device, which needs no hardware.
@@ -112,6 +134,16 @@ class VoiceTest : public testing::Test {
         auto opened = Voice::open(settings);
         EXPECT_TRUE(opened) << opened.error();
         return *std::move(opened);
+    }
+
+    // The folder is looked into by another thread.
+    static std::string complaintOf(Voice& voice) {
+        for (;;) {
+            if (const auto complaint = voice.takeComplaint()) {
+                return *complaint;
+            }
+            std::this_thread::yield();
+        }
     }
 
     const test::TemporaryFolder folder;
@@ -139,7 +171,7 @@ TEST_F(VoiceTest, anEmptyOrMissingCustomFolderIsSaidAndTheDefaultSetAnswers) {
     for (const auto& custom : {folder.makeFolder("empty"), folder / "missing", std::string{}}) {
         settings.customFolder = custom;
         const auto voice = open();
-        EXPECT_THAT(voice->takeComplaint().value_or(""), HasSubstr("in " + custom));
+        EXPECT_THAT(complaintOf(*voice), HasSubstr("in " + custom));
         EXPECT_EQ(voice->takeComplaint(), std::nullopt);
         voice->answer(0.5, SensorKind::microphone, 1.0);
         EXPECT_TRUE(voice->isSounding());
@@ -159,6 +191,36 @@ TEST_F(VoiceTest, withoutASoundDeviceThereIsNoVoice) {
     const auto opened = Voice::open(settings);
     ASSERT_FALSE(opened);
     EXPECT_THAT(opened.error(), HasSubstr("no sound device"));
+}
+
+TEST_F(VoiceTest, aSoundDeviceThatComesLaterIsFoundByAKnockButNotByEachOne) {
+    ::setenv("SDL_AUDIODRIVER", "no such driver", 1);
+    const auto voice = Voice::waiting(settings);
+    voice->answer(0.5, SensorKind::microphone, 1.0);
+    EXPECT_FALSE(voice->isSounding());
+    ::setenv("SDL_AUDIODRIVER", "dummy", 1);
+    voice->answer(0.5, SensorKind::microphone, 2.0);
+    EXPECT_FALSE(voice->isSounding());
+    voice->answer(0.5, SensorKind::microphone, 6.5);
+    EXPECT_TRUE(voice->isSounding());
+}
+
+TEST_F(VoiceTest, aSoundIsCutAfterAMinuteHoweverLongItsFileIs) {
+    const auto voice = open();  // the mixer with it
+    synthesis::writeWav(folder / "long.wav", synthesis::Waveform(90 * synthesis::sampleRate));
+    const auto sound = readSound(folder / "long.wav", never);
+    ASSERT_NE(sound, nullptr);
+    EXPECT_NEAR(sound->alen / (44100.0 * 4.0), longestSound, 0.1);
+    EXPECT_EQ(readSound(folder / "long.wav", atOnce), nullptr);
+}
+
+TEST_F(VoiceTest, aFileThatHoldsNoSoundIsNone) {
+    const auto voice = open();
+    folder.write("broken.mp3", "this is no music");
+    folder.write("empty.wav", "");
+    for (const char* const name : {"broken.mp3", "empty.wav", "missing.ogg"}) {
+        EXPECT_EQ(readSound(folder / name, never), nullptr) << name;
+    }
 }
 
 }  // namespace
