@@ -141,7 +141,7 @@ Listens for knocks on this computer's case, reports each and answers with a soun
                         (without any of the three: cries of pain)
 
   --sensor auto         an accelerometer of at least 200 readings a second, or the microphone
-  --sensor accelerometer | microphone
+  --sensor accelerometer (at least 50 readings a second) | microphone
   --sensor file:PATH    a recording: WAV (sound) or CSV (time in s, x, y, z in g)
   --as-fast-as-possible read the recording without waiting, and without sound
   --once                end with status 1 when there is no sensor, instead of waiting for one

@@ -3,7 +3,6 @@
 #include <fcntl.h>
 #include <poll.h>
 #include <signal.h>
-#include <sys/signalfd.h>
 #include <unistd.h>
 
 #include <array>
@@ -24,22 +23,11 @@
 #include "detector/sound/Voice.h"
 #include "platform/Bundle.h"
 #include "platform/Descriptor.h"
+#include "platform/SignalDescriptor.h"
 
 namespace bonkora::detector {
 
 namespace {
-
-// The signals that end the program, as a descriptor that the listener polls beside its sensor. Must
-// be called before any thread exists: each thread inherits which signals are blocked.
-platform::UniqueDescriptor endingSignals() {
-    sigset_t signals;
-    sigemptyset(&signals);
-    for (const int number : {SIGTERM, SIGINT, SIGHUP}) {
-        sigaddset(&signals, number);
-    }
-    sigprocmask(SIG_BLOCK, &signals, nullptr);
-    return platform::UniqueDescriptor{::signalfd(-1, &signals, SFD_CLOEXEC | SFD_NONBLOCK)};
-}
 
 // Sends what the sound system's libraries write on standard error to /dev/null: an application may
 // read it as part of the report. Returns the real standard error, for lines of our own.
@@ -90,8 +78,8 @@ void endInTime(int signalDescriptor) {
 
 int listen(const Options& options, const platform::Bundle& bundle) {
     const auto standardError = silenceLibraries();
-    const auto signals = endingSignals();
-    endInTime(signals.get());
+    // Before any thread exists. The listener polls them beside its sensor.
+    const platform::SignalDescriptor signals{SIGTERM, SIGINT, SIGHUP};
     EventWriter writer{STDOUT_FILENO, options.stdio};
 
     // What only root may open is opened first; whatever a user names, the user opens.
@@ -109,6 +97,7 @@ int listen(const Options& options, const platform::Bundle& bundle) {
             return 1;
         }
     }
+    endInTime(signals.get());  // a thread: after root's rights have been given up
 
     const Configuration configuration = readConfiguration();
     const SensorChoice choice{options.sensor.value_or(configuration.sensor), configuration.device,
