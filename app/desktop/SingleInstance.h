@@ -3,22 +3,24 @@
 // ends. One implementation for each system. Main thread.
 #pragma once
 
-#include <QLockFile>
 #include <QObject>
 #include <memory>
 
+#include "platform/Descriptor.h"
+
 namespace bonkora {
 
-// A lock file of the user and display; one that a dead process left does not count.
+// A lock for the user and display, which ends with the process that holds it. It is on a file in a
+// folder that nobody else can write to: the one for runtime files, or else one of our own beside
+// the user's other caches.
 class InstanceLock {
   public:
-    InstanceLock();
-
-    // False where another process holds it. A folder that takes no lock file stops nobody.
+    // False where another process holds it. Where no such folder or file is to be had, true: that
+    // costs the lock, never the start.
     bool take();
 
   private:
-    QLockFile file;
+    platform::UniqueDescriptor file;
 };
 
 class SingleInstance final : public QObject {

@@ -1,12 +1,17 @@
 #include "app/desktop/SingleInstance.h"
 
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <QCoreApplication>
 #include <QDBusConnection>
 #include <QDBusMessage>
+#include <QDir>
 #include <QProcess>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
+#include <functional>
 
 #include "tests/support/StatusNotifierBar.h"
 
@@ -48,6 +53,21 @@ class Later {
     QProcess process;
 };
 
+// An environment variable, for as long as this lives.
+class Variable {
+  public:
+    Variable(const char* theName, const QString& value) : name(theName), before(qgetenv(theName)) {
+        qputenv(name, value.toLocal8Bit());
+    }
+    Variable(const Variable&) = delete;
+    Variable& operator=(const Variable&) = delete;
+    ~Variable() { qputenv(name, before); }
+
+  private:
+    const char* const name;
+    const QByteArray before;
+};
+
 }  // namespace
 
 class SingleInstanceTest final : public QObject {
@@ -81,17 +101,77 @@ class SingleInstanceTest final : public QObject {
         QCOMPARE(activations.count(), 3);
     }
 
-    void withoutABusALockFileTellsLaterStartsApart() {
+    void withoutABusALockTellsLaterStartsApart() {
         const QTemporaryDir runtime;
-        const QByteArray before = qgetenv("XDG_RUNTIME_DIR");
-        qputenv("XDG_RUNTIME_DIR", runtime.path().toLocal8Bit());
+        const Variable variable("XDG_RUNTIME_DIR", runtime.path());
         {
             bonkora::InstanceLock first;
             QVERIFY(first.take());
             QCOMPARE(Later(runtime.path()).status(), wasNotAnswered);
         }
         QCOMPARE(Later(runtime.path()).status(), isFirst);
-        qputenv("XDG_RUNTIME_DIR", before);
+    }
+
+    void withoutARuntimeFolderTheLockLiesWhereNobodyElseCanTakeIt() {
+        const QTemporaryDir home;
+        const QTemporaryDir shared;
+        const Variable caches("XDG_CACHE_HOME", home.path());
+        const Variable temporary("TMPDIR", shared.path());
+        const Variable runtime("XDG_RUNTIME_DIR", "");
+        bonkora::InstanceLock first;
+        QVERIFY(first.take());
+        QCOMPARE(Later("").status(), wasNotAnswered);
+        QCOMPARE(QDir(shared.path()).entryList(QDir::Files).size(), 0);
+        const QFile::Permissions mode = QFileInfo(home.filePath("Bonkora")).permissions();
+        QVERIFY(mode.testFlag(QFile::WriteOwner));
+        QVERIFY((mode & (QFile::WriteGroup | QFile::WriteOther | QFile::ReadOther)) == 0);
+    }
+
+    void aRuntimeFolderThatOthersMayWriteToHoldsNoLock() {
+        const QTemporaryDir home;
+        const QTemporaryDir shared;
+        QFile::setPermissions(shared.path(), QFile::Permissions(0x7777));
+        const Variable caches("XDG_CACHE_HOME", home.path());
+        const Variable runtime("XDG_RUNTIME_DIR", shared.path());
+        bonkora::InstanceLock first;
+        QVERIFY(first.take());
+        QCOMPARE(Later(shared.path()).status(), wasNotAnswered);
+        QVERIFY(QDir(shared.path()).isEmpty());
+    }
+
+    void whatStandsInTheLocksPlaceCostsTheLockAndNeverTheStart() {
+        const QTemporaryDir elsewhere;
+        const auto startsWith = [&](const std::function<void(const QString&)>& prepare) {
+            const QTemporaryDir runtime;
+            const Variable variable("XDG_RUNTIME_DIR", runtime.path());
+            {
+                bonkora::InstanceLock lock;  // to learn its name
+                lock.take();
+            }
+            const QStringList names = QDir(runtime.path()).entryList(QDir::Files);
+            QCOMPARE(names.size(), 1);
+            const QString path = runtime.filePath(names.first());
+            QFile::remove(path);
+            prepare(path);
+            QCOMPARE(Later(runtime.path()).status(), isFirst);
+        };
+        startsWith([](const QString& path) { QDir().mkdir(path); });
+        startsWith([&](const QString& path) { QFile::link(elsewhere.filePath("gone"), path); });
+        startsWith([&](const QString& path) { QFile::link(elsewhere.path(), path); });
+        startsWith([](const QString& path) { ::mkfifo(qPrintable(path), 0600); });
+        startsWith([](const QString& path) {
+            // Another user's, and held: only root can make it so.
+            QFile file(path);
+            QVERIFY(file.open(QIODevice::WriteOnly));
+            file.write("1\nbonkora\nhere\n");
+            (void)!::chown(qPrintable(path), 65534, 65534);
+        });
+        QVERIFY(QDir(elsewhere.path()).isEmpty());
+    }
+
+    void aFolderThatCannotBeMadeCostsTheLockAndNeverTheStart() {
+        const Variable caches("XDG_CACHE_HOME", "/proc/none");
+        QCOMPARE(Later("").status(), isFirst);
     }
 };
 
