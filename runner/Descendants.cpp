@@ -28,7 +28,9 @@ using Clock = std::chrono::steady_clock;
 using platform::UniqueDescriptor;
 
 // A process that was made while the tree was looked through tells nobody: so look again this soon.
-constexpr std::chrono::milliseconds roundTime{10};
+constexpr std::chrono::milliseconds roundTime{30};
+// What is there for so long after a kill belongs to another user, or hangs in the kernel.
+constexpr std::chrono::seconds hopelessTime{1};
 
 sigset_t childSignal() {
     sigset_t set;
@@ -65,17 +67,21 @@ void Descendants::end() noexcept {
     if (reach == Reach::wholeNamespace) {
         // No process can be made in between that would not get the signal.
         ::kill(-1, SIGTERM);
-        waitUntil(deadline, [] {});
-    } else if (!waitUntil(deadline, [this] { askAll(); })) {
-        waitUntil(Clock::now() + std::chrono::seconds(1), [this] { killAll(); });
+        waitUntil(deadline, [](auto&) {});
+    } else if (!waitUntil(deadline, [this](auto&) { askAll(); })) {
+        waitUntil(Clock::now() + hopelessTime, [this](Clock::time_point& hopeless) {
+            if (killAll()) {
+                hopeless = Clock::now() + hopelessTime;
+            }
+        });
     }
 }
 
 bool Descendants::waitUntil(Clock::time_point deadline,
-                            const std::function<void()>& eachRound) noexcept {
+                            const std::function<void(Clock::time_point&)>& eachRound) noexcept {
     while (!reap()) {
         try {
-            eachRound();
+            eachRound(deadline);
         } catch (const std::bad_alloc&) {
             // Some of them have ended nonetheless, so that there may be room in the next round.
         }
@@ -100,10 +106,15 @@ void Descendants::askAll() {
     }
 }
 
-void Descendants::killAll() {
-    for (const Identity& process : tree()) {
+bool Descendants::killAll() {
+    bool anyNew = false;
+    std::vector<Identity> all = tree();
+    for (const Identity& process : all) {
         send(process, SIGKILL);
+        anyNew = anyNew || std::find(killed.begin(), killed.end(), process) == killed.end();
     }
+    killed = std::move(all);
+    return anyNew;
 }
 
 // By a handle, which stays the handle of that process when its number is given to another.

@@ -27,9 +27,10 @@ class Descendants {
     // Collects children that have ended. True when no descendant is left.
     bool reap() noexcept;
 
-    // Asks all to end, and kills after politeTime (ElevatedLink.h) those that have not. In a tree,
-    // gives up a second later: what is left then belongs to another user, or hangs in the kernel.
-    // In a namespace, what is left is ended by the end of this process.
+    // Asks all to end, and kills after politeTime (ElevatedLink.h) those that have not. In a tree
+    // it kills for as long as new ones appear, and gives up a second after the last: what is left
+    // then belongs to another user, or hangs in the kernel. In a namespace, what is left is ended
+    // by the end of this process.
     void end() noexcept;
 
   private:
@@ -51,14 +52,17 @@ class Descendants {
     static void send(const Identity& process, int signal);
 
     void askAll();
-    void killAll();
-    // True when no descendant was left before the deadline.
-    bool waitUntil(std::chrono::steady_clock::time_point deadline,
-                   const std::function<void()>& eachRound) noexcept;
+    // True when there were some that the last round had not seen.
+    bool killAll();
+    // True when no descendant was left before the deadline, which each round may move.
+    bool waitUntil(
+        std::chrono::steady_clock::time_point deadline,
+        const std::function<void(std::chrono::steady_clock::time_point&)>& eachRound) noexcept;
 
     const Reach reach;
     const Reaped reaped;
     std::vector<Identity> asked;
+    std::vector<Identity> killed;  // in the last round
 };
 
 }  // namespace bonkora::runner

@@ -191,6 +191,9 @@ def main():
     parser.add_argument("--late-allowed", type=float, default=0.001)
     options = parser.parse_args()
     options.plain = options.plain or os.getuid() != 0   # nobody else can change the user
+    # A shell's job in the background ignores these, and the runner would inherit that.
+    signal.signal(signal.SIGINT, signal.default_int_handler)
+    signal.signal(signal.SIGQUIT, signal.SIG_DFL)
 
     with tempfile.TemporaryDirectory() as folder:
         os.chmod(folder, 0o755)
