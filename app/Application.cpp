@@ -13,6 +13,7 @@
 #include "app/desktop/SignalWatch.h"
 #include "app/desktop/SingleInstance.h"
 #include "app/desktop/WindowSystem.h"
+#include "app/window/LayerShell.h"
 #include "platform/Bundle.h"
 #include "platform/Platform.h"
 #include "ui/controls/Accessibility.h"
@@ -69,6 +70,7 @@ int runApplication(int argumentCount, char** arguments) {
         std::fprintf(stderr, "bonkora: %s\n", problem->c_str());
         return 1;
     }
+    layerShell::prepare();
     // Its own options are not Qt's.
     int programNameOnly = 1;
     const QApplication application(programNameOnly, arguments);

@@ -4,6 +4,7 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QScreen>
 #include <QTimer>
 #include <QVBoxLayout>
 #include <QWindow>
@@ -53,6 +54,12 @@ PanelWindow::PanelWindow(std::unique_ptr<QWidget> theContent, Style style)
     if (panelStyle == Style::dropDown) {
         setAttribute(Qt::WA_TranslucentBackground);
         windowSystem::keepOutOfTaskbars(*this);
+        if (layerShell::isOffered()) {
+            layer = std::make_unique<LayerSurface>(*this);
+            connect(layer.get(), &LayerSurface::dismissed, this, &QWidget::close,
+                    Qt::QueuedConnection);
+            connect(layer.get(), &LayerSurface::pressedOutside, this, &PanelWindow::pressedOutside);
+        }
     }
 }
 
@@ -69,6 +76,9 @@ void PanelWindow::open(const QRect& place) {
 void PanelWindow::moveTo(const QRect& place) {
     setFixedSize(place.size());
     move(place.topLeft());
+    if (layer) {
+        layer->place(place, screen()->geometry());
+    }
 }
 
 void PanelWindow::raiseToFront() {
@@ -122,9 +132,16 @@ void PanelWindow::followActivation(QEvent::Type type) {
             emit deactivated();
             break;
         case QEvent::WindowBlocked:
-            windowHandle()->setMouseGrabEnabled(false);
+            if (layer) {
+                layer->setInFront(false);
+            } else {
+                windowHandle()->setMouseGrabEnabled(false);
+            }
             break;
         case QEvent::WindowUnblocked:
+            if (layer) {
+                layer->setInFront(true);
+            }
             emit dialogClosed();
             break;
         default:
@@ -141,7 +158,7 @@ void PanelWindow::keyPressEvent(QKeyEvent* event) {
 }
 
 void PanelWindow::closeEvent(QCloseEvent* event) {
-    if (panelStyle == Style::dropDown) {
+    if (windowSystem::canGrabPointer()) {
         windowHandle()->setMouseGrabEnabled(false);
     }
     QWidget::closeEvent(event);

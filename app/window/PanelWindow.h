@@ -7,6 +7,8 @@
 #include <QWidget>
 #include <memory>
 
+#include "app/window/LayerShell.h"
+
 namespace bonkora {
 
 class PanelWindow final : public QWidget {
@@ -48,6 +50,7 @@ class PanelWindow final : public QWidget {
     const Style panelStyle;
     const bool isBlended;
     QWidget* content;
+    std::unique_ptr<LayerSurface> layer;  // where the compositor lets a window choose its place
 };
 
 }  // namespace bonkora

@@ -1,0 +1,221 @@
+#include <QEvent>
+#include <QGuiApplication>
+#include <QWidget>
+#include <QWindow>
+#include <qpa/qplatformnativeinterface.h>
+#include <algorithm>
+#include <cstring>
+
+#include "app/window/LayerShell.h"
+#include "layer-shell-client.h"
+
+namespace bonkora {
+
+namespace {
+
+constexpr std::uint32_t layerShellVersion = 4;
+constexpr std::uint32_t firstVersionWithSetLayer = 2;
+constexpr int gap = 4;
+constexpr int placedBesideBars = 0;  // an exclusive zone: takes no room, and keeps off that of bars
+constexpr int configureRounds = 3;
+constexpr char nameSpace[] = "bonkora";
+
+enum Edge : std::uint32_t { top = 1, bottom = 2, left = 4, right = 8 };
+enum Layer : std::uint32_t { bottomLayer = 1, topLayer = 2, overlayLayer = 3 };
+enum Keyboard : std::uint32_t { none = 0, exclusive = 1 };
+
+// What the compositor offers, asked once, on a queue of its own so that nothing of Qt's is handled
+// meanwhile.
+struct Compositor {
+    Compositor();
+
+    wl_display* display = nullptr;
+    wl_event_queue* queue = nullptr;
+    zwlr_layer_shell_v1* layers = nullptr;
+    std::uint32_t layersVersion = 0;
+    wp_viewporter* viewports = nullptr;
+};
+
+void offered(void* data, wl_registry* registry, std::uint32_t name, const char* interface,
+             std::uint32_t version) {
+    auto& compositor = *static_cast<Compositor*>(data);
+    if (std::strcmp(interface, zwlr_layer_shell_v1_interface.name) == 0) {
+        compositor.layersVersion = std::min(version, layerShellVersion);
+        compositor.layers = static_cast<zwlr_layer_shell_v1*>(wl_registry_bind(
+            registry, name, &zwlr_layer_shell_v1_interface, compositor.layersVersion));
+    } else if (std::strcmp(interface, wp_viewporter_interface.name) == 0) {
+        compositor.viewports = static_cast<wp_viewporter*>(
+            wl_registry_bind(registry, name, &wp_viewporter_interface, 1));
+    }
+}
+
+void withdrawn(void*, wl_registry*, std::uint32_t) {}
+
+constexpr wl_registry_listener registryListener{offered, withdrawn};
+
+QPlatformNativeInterface* native() {
+    return QGuiApplication::platformNativeInterface();
+}
+
+Compositor::Compositor() {
+    if (!QGuiApplication::platformName().startsWith("wayland")) {
+        return;
+    }
+    display = static_cast<wl_display*>(native()->nativeResourceForIntegration("wl_display"));
+    if (display == nullptr) {
+        return;
+    }
+    queue = wl_display_create_queue(display);
+    auto* wrapper = static_cast<wl_display*>(wl_proxy_create_wrapper(display));
+    wl_proxy_set_queue(reinterpret_cast<wl_proxy*>(wrapper), queue);
+    wl_registry* registry = wl_display_get_registry(wrapper);
+    wl_proxy_wrapper_destroy(wrapper);
+    wl_registry_add_listener(registry, &registryListener, this);
+    wl_display_roundtrip_queue(display, queue);
+    wl_registry_destroy(registry);
+}
+
+Compositor& compositor() {
+    static Compositor only;
+    return only;
+}
+
+wl_surface* surfaceOf(QWidget& window) {
+    window.winId();  // makes it
+    return static_cast<wl_surface*>(
+        native()->nativeResourceForWindow("surface", window.windowHandle()));
+}
+
+}  // namespace
+
+// What makes a surface a layer's.
+struct LayerSurface::Role {
+    Role(LayerSurface& theOwner, QWidget& widget, Layer layer)
+        : owner(theOwner), surface(surfaceOf(widget)) {
+        layerSurface = zwlr_layer_shell_v1_get_layer_surface(compositor().layers, surface, nullptr,
+                                                             layer, nameSpace);
+        static constexpr zwlr_layer_surface_v1_listener listener{configured, closed};
+        zwlr_layer_surface_v1_add_listener(layerSurface, &listener, this);
+    }
+
+    ~Role() {
+        if (viewport != nullptr) {
+            wp_viewport_destroy(viewport);
+        }
+        zwlr_layer_surface_v1_destroy(layerSurface);
+    }
+
+    Role(const Role&) = delete;
+    Role& operator=(const Role&) = delete;
+
+    // A surface may show something only once the compositor has given it a size. Then its further
+    // events come with Qt's.
+    void waitUntilConfigured() {
+        wl_surface_commit(surface);
+        for (int round = 0; round < configureRounds && size.isEmpty(); ++round) {
+            wl_display_roundtrip_queue(compositor().display, compositor().queue);
+        }
+        wl_proxy_set_queue(reinterpret_cast<wl_proxy*>(layerSurface), nullptr);
+    }
+
+    static void configured(void* data, zwlr_layer_surface_v1* layerSurface, std::uint32_t serial,
+                           std::uint32_t width, std::uint32_t height) {
+        auto& role = *static_cast<Role*>(data);
+        role.size = QSize(static_cast<int>(width), static_cast<int>(height));
+        zwlr_layer_surface_v1_ack_configure(layerSurface, serial);
+        if (role.viewport != nullptr && !role.size.isEmpty()) {
+            wp_viewport_set_destination(role.viewport, role.size.width(), role.size.height());
+            wl_surface_commit(role.surface);
+        }
+    }
+
+    static void closed(void* data, zwlr_layer_surface_v1*) {
+        emit static_cast<Role*>(data)->owner.dismissed();
+    }
+
+    LayerSurface& owner;
+    wl_surface* surface;
+    zwlr_layer_surface_v1* layerSurface = nullptr;
+    wp_viewport* viewport = nullptr;
+    QSize size;
+};
+
+void layerShell::prepare() {
+    // Keeps Qt from making ordinary windows of those that ask to be left alone; others do not.
+    qputenv("QT_WAYLAND_USE_BYPASSWINDOWMANAGERHINT", "1");
+}
+
+bool layerShell::isOffered() {
+    return compositor().layers != nullptr &&
+           compositor().layersVersion >= firstVersionWithSetLayer &&
+           compositor().viewports != nullptr;
+}
+
+LayerSurface::LayerSurface(QWidget& theWindow) : window(theWindow) {
+    window.setWindowFlag(Qt::BypassWindowManagerHint);
+    spreadShield();
+    role = std::make_unique<Role>(*this, window, overlayLayer);
+}
+
+LayerSurface::~LayerSurface() = default;
+
+// One pixel, which the compositor stretches: it costs no memory.
+void LayerSurface::spreadShield() {
+    shield = std::make_unique<QWidget>(nullptr, Qt::Tool | Qt::FramelessWindowHint |
+                                                    Qt::BypassWindowManagerHint |
+                                                    Qt::WindowDoesNotAcceptFocus);
+    shield->setAttribute(Qt::WA_TranslucentBackground);
+    shield->setAttribute(Qt::WA_ShowWithoutActivating);
+    shield->setFixedSize(1, 1);
+    shieldRole = std::make_unique<Role>(*this, *shield, topLayer);
+    zwlr_layer_surface_v1* const spread = shieldRole->layerSurface;
+    zwlr_layer_surface_v1_set_anchor(spread, top | bottom | left | right);
+    zwlr_layer_surface_v1_set_exclusive_zone(spread, placedBesideBars);
+    zwlr_layer_surface_v1_set_keyboard_interactivity(spread, none);
+    shieldRole->viewport =
+        wp_viewporter_get_viewport(compositor().viewports, shieldRole->surface);
+    shieldRole->waitUntilConfigured();
+    shield->windowHandle()->installEventFilter(this);
+    shield->show();
+}
+
+void LayerSurface::place(const QRect& place, const QRect& screen) {
+    const bool isAtTop = place.top() - screen.top() <= screen.bottom() - place.bottom();
+    // Where the compositor keeps windows off the bars, the distance is from the bar, not the screen.
+    const bool isOffBars = shieldRole->size.height() < screen.height();
+    const int distance = isOffBars ? gap
+                         : isAtTop ? place.top() - screen.top()
+                                   : screen.bottom() - place.bottom();
+    zwlr_layer_surface_v1* const placed = role->layerSurface;
+    zwlr_layer_surface_v1_set_size(placed, static_cast<std::uint32_t>(place.width()),
+                                   static_cast<std::uint32_t>(place.height()));
+    zwlr_layer_surface_v1_set_anchor(placed, left | (isAtTop ? top : bottom));
+    zwlr_layer_surface_v1_set_exclusive_zone(placed, placedBesideBars);
+    zwlr_layer_surface_v1_set_margin(placed, isAtTop ? distance : 0, 0, isAtTop ? 0 : distance,
+                                     place.left() - screen.left());
+    zwlr_layer_surface_v1_set_keyboard_interactivity(placed, exclusive);
+    if (window.isVisible()) {
+        wl_surface_commit(role->surface);
+    } else {
+        role->waitUntilConfigured();
+    }
+}
+
+void LayerSurface::setInFront(bool isInFront) {
+    zwlr_layer_surface_v1_set_layer(role->layerSurface, isInFront ? overlayLayer : bottomLayer);
+    zwlr_layer_surface_v1_set_keyboard_interactivity(role->layerSurface,
+                                                     isInFront ? exclusive : none);
+    wl_surface_commit(role->surface);
+    zwlr_layer_surface_v1_set_layer(shieldRole->layerSurface, isInFront ? topLayer : bottomLayer);
+    wl_surface_commit(shieldRole->surface);
+}
+
+bool LayerSurface::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == shield->windowHandle() && event->type() == QEvent::MouseButtonPress) {
+        emit pressedOutside();
+        return true;
+    }
+    return false;
+}
+
+}  // namespace bonkora
