@@ -1,0 +1,29 @@
+"""Cinnamon, whose bar is part of its window manager."""
+
+import subprocess
+
+from hosts.x11 import X11
+
+
+class Desktop(X11):
+    name = "cinnamon"
+    title = "Cinnamon 5.6"
+    packages = ["cinnamon", "gnome-themes-extra", "dconf-gsettings-backend", "x11-xserver-utils",
+                "xterm"]
+    currentDesktop = "X-Cinnamon"
+    bar = "bottom"
+    thickness = 40
+    items = (0.6, 0.99)
+
+    def startSession(self):
+        self.paintRoot()
+        self.tellBus()
+        self.setDark(False)
+        self.run("settings", "csd-xsettings")
+
+    def setDark(self, isDark):
+        subprocess.run(["gsettings", "set", "org.cinnamon.desktop.interface", "gtk-theme",
+                        "Adwaita-dark" if isDark else "Adwaita"], check=True)
+
+    def startBar(self):
+        self.run("bar", "cinnamon", "--replace", LIBGL_ALWAYS_SOFTWARE="1")

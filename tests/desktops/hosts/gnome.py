@@ -1,0 +1,57 @@
+"""GNOME with the AppIndicator extension, nested. GNOME Shell hands its environment to a session
+manager that is not here, so its Wayland socket is given a name, and its X display is read from what
+it prints."""
+
+import os
+import re
+import subprocess
+
+from session import Host, setColorScheme, waitFor
+
+EXTENSION = "ubuntu-appindicators@ubuntu.com"
+
+
+class Desktop(Host):
+    name = "gnome"
+    title = "GNOME 43, AppIndicator extension"
+    packages = ["gnome-shell", "gnome-shell-extension-appindicator", "xdg-desktop-portal",
+                "xdg-desktop-portal-gnome", "dconf-gsettings-backend", "xwayland", "qt6-wayland",
+                "xterm"]
+    currentDesktop = "GNOME"
+    isWayland = True
+    thickness = 27
+    items = (0.6, 1.0)
+
+    def startSession(self):
+        for schema, key, value in (
+                ("org.gnome.shell", "enabled-extensions", f"['{EXTENSION}']"),
+                ("org.gnome.shell", "welcome-dialog-last-shown-version", "'99'"),
+                ("org.gnome.desktop.interface", "enable-animations", "false"),
+                ("org.gnome.desktop.background", "picture-options", "'none'"),
+                ("org.gnome.desktop.background", "primary-color", "'#5a6b7b'"),
+                ("org.gnome.desktop.screensaver", "lock-enabled", "false")):
+            subprocess.run(["gsettings", "set", schema, key, value], check=False)
+        width, height = self.screen.width, self.screen.height
+        self.run("shell", "gnome-shell", "--nested", "--wayland", "--wayland-display",
+                 "wayland-gnome", MUTTER_DEBUG_DUMMY_MODE_SPECS=f"{width}x{height}",
+                 MUTTER_DEBUG_DUMMY_MONITOR_SCALES=str(self.scale), LIBGL_ALWAYS_SOFTWARE="1",
+                 XDG_SESSION_TYPE="wayland")
+
+        def display():
+            log = (self.runtime / "session.log").read_text(errors="replace")
+            found = re.search(r"public X11 display (:\d+)", log)
+            return found and (self.runtime / "wayland-gnome").exists() and found.group(1)
+        os.environ.update(DISPLAY=waitFor(display, "GNOME Shell", 90),
+                          WAYLAND_DISPLAY="wayland-gnome", XDG_SESSION_TYPE="wayland")
+        for authority in self.runtime.glob(".mutter-Xwaylandauth*"):
+            os.environ["XAUTHORITY"] = str(authority)
+        self.tellBus()
+
+    def stopBar(self):
+        subprocess.run(["gnome-extensions", "disable", EXTENSION], check=True)
+
+    def startBar(self):
+        subprocess.run(["gnome-extensions", "enable", EXTENSION], check=False)
+
+    def setDark(self, isDark):
+        setColorScheme(isDark)

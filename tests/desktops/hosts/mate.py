@@ -1,0 +1,28 @@
+"""MATE."""
+
+import subprocess
+
+from hosts.x11 import X11
+
+
+class Desktop(X11):
+    name = "mate"
+    title = "MATE 1.26"
+    packages = ["mate-panel", "marco", "mate-settings-daemon", "gnome-themes-extra",
+                "dconf-gsettings-backend", "x11-xserver-utils", "xterm"]
+    currentDesktop = "MATE"
+    manager = ["marco", "--no-composite"]
+    thickness = 28
+    items = (0.5, 1.0)
+
+    def startSession(self):
+        super().startSession()
+        self.setDark(False)
+        self.run("settings", "mate-settings-daemon", "--no-daemon")
+
+    def setDark(self, isDark):
+        subprocess.run(["gsettings", "set", "org.mate.interface", "gtk-theme",
+                        "Adwaita-dark" if isDark else "Adwaita"], check=True)
+
+    def startBar(self):
+        self.run("bar", "mate-panel", "--replace")
