@@ -156,7 +156,7 @@ class Host:
 
     def desk(self):
         """A place that is bare desktop, and that no panel covers."""
-        return int(0.06 * self.screen.width), int(0.45 * self.screen.height)
+        return int(0.32 * self.screen.width), int(0.45 * self.screen.height)
 
 
 def setColorScheme(isDark):
