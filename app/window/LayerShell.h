@@ -1,6 +1,6 @@
-// LayerShell: how a Wayland compositor that offers zwlr_layer_shell_v1 lets a window stand at a place
-// of its own choice, beside a bar, which ordinary windows may not there. Linux; elsewhere it is never
-// offered. Main thread.
+// LayerShell: how a Wayland compositor that offers zwlr_layer_shell_v1 lets a window stand at a
+// place of its own choice, beside a bar, which ordinary windows may not there. Linux; elsewhere it
+// is never offered. Main thread.
 #pragma once
 
 #include <QObject>
@@ -20,9 +20,9 @@ bool isOffered();
 
 }  // namespace layerShell
 
-// One window's part in it, from before its first showing until it goes; a window that has been hidden
-// needs a new one. Beneath it lies an invisible shield over everything but the bars: a press on it is
-// a press outside the window, whatever else lies there.
+// One window's part in it, from before its first showing until it goes; a window that has been
+// hidden needs a new one. Beneath it lies an invisible shield over everything but the bars: a press
+// on it is a press outside the window, whatever else lies there.
 class LayerSurface final : public QObject {
     Q_OBJECT
 
@@ -31,7 +31,8 @@ class LayerSurface final : public QObject {
     explicit LayerSurface(QWidget& window);
     ~LayerSurface() override;
 
-    // Puts the window near `place`, whose nearer end, top or bottom, tells the bar's edge; of `screen`.
+    // Puts the window near `place`, whose nearer end, top or bottom, tells the bar's edge; of
+    // `screen`.
     void place(const QRect& place, const QRect& screen);
     // Off while a dialog of the window is open: then it lies beneath ordinary windows.
     void setInFront(bool isInFront);

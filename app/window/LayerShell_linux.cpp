@@ -1,8 +1,8 @@
+#include <qpa/qplatformnativeinterface.h>
 #include <QEvent>
 #include <QGuiApplication>
 #include <QWidget>
 #include <QWindow>
-#include <qpa/qplatformnativeinterface.h>
 #include <algorithm>
 #include <cstring>
 
@@ -172,8 +172,7 @@ void LayerSurface::spreadShield() {
     zwlr_layer_surface_v1_set_anchor(spread, top | bottom | left | right);
     zwlr_layer_surface_v1_set_exclusive_zone(spread, placedBesideBars);
     zwlr_layer_surface_v1_set_keyboard_interactivity(spread, none);
-    shieldRole->viewport =
-        wp_viewporter_get_viewport(compositor().viewports, shieldRole->surface);
+    shieldRole->viewport = wp_viewporter_get_viewport(compositor().viewports, shieldRole->surface);
     shieldRole->waitUntilConfigured();
     shield->windowHandle()->installEventFilter(this);
     shield->show();
@@ -181,7 +180,8 @@ void LayerSurface::spreadShield() {
 
 void LayerSurface::place(const QRect& place, const QRect& screen) {
     const bool isAtTop = place.top() - screen.top() <= screen.bottom() - place.bottom();
-    // Where the compositor keeps windows off the bars, the distance is from the bar, not the screen.
+    // Where the compositor keeps windows off the bars, the distance is from the bar, not the
+    // screen.
     const bool isOffBars = shieldRole->size.height() < screen.height();
     const int distance = isOffBars ? gap
                          : isAtTop ? place.top() - screen.top()
