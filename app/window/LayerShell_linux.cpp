@@ -155,6 +155,7 @@ LayerSurface::LayerSurface(QWidget& theWindow) : window(theWindow) {
     window.setWindowFlag(Qt::BypassWindowManagerHint);
     spreadShield();
     role = std::make_unique<Role>(*this, window, overlayLayer);
+    qGuiApp->installEventFilter(this);
 }
 
 LayerSurface::~LayerSurface() = default;
@@ -215,7 +216,10 @@ bool LayerSurface::eventFilter(QObject* watched, QEvent* event) {
         emit pressedOutside();
         return true;
     }
-    return false;
+    // A menu would be a popup of a window that Qt knows no role of, which compositors end a program
+    // for; the keyboard has what a text field's menu offers.
+    const auto* widget = qobject_cast<QWidget*>(watched);
+    return event->type() == QEvent::ContextMenu && widget != nullptr && widget->window() == &window;
 }
 
 }  // namespace bonkora
