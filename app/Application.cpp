@@ -71,7 +71,7 @@ int runApplication(int argumentCount, char** arguments) {
         return 1;
     }
     layerShell::prepare();
-    // Its own options are not Qt's.
+    // Qt sees none of the arguments: the application takes none of its options.
     int programNameOnly = 1;
     const QApplication application(programNameOnly, arguments);
     nameApplication();

@@ -1,4 +1,5 @@
-// The application's main loop around the one scene. Main thread.
+// The application's main loop around the one scene. As everything in app that does not say
+// otherwise, used on the main thread only.
 #pragma once
 
 namespace bonkora {

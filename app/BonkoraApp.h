@@ -1,5 +1,5 @@
 // BonkoraApp: the application: the one controller, the stored lifetime total, and its only scene.
-// Starts nothing. Main thread.
+// Starts nothing.
 #pragma once
 
 #include <QCoreApplication>

@@ -1,6 +1,6 @@
 // MenuBarExtra: the one menu-bar item of a scene, and the panel that drops down from it. Where no
 // bar is there, it says so on standard error and shows the panel as a plain window until one comes;
-// closing that window ends the application. Main thread.
+// closing that window ends the application.
 #pragma once
 
 #include <QPointer>

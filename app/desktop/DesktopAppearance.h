@@ -1,6 +1,6 @@
 // DesktopAppearance: keeps an Appearance equal to the desktop's, also while running, and gives the
 // same appearance to the windows that the toolkit draws: menus, tool tips, dialogs. What the
-// desktop says of itself counts first, then the colours it gives to windows. Main thread.
+// desktop says of itself counts first, then the colours it gives to windows.
 #pragma once
 
 #include <QObject>

@@ -67,7 +67,8 @@ class AppearancePortal final : public QObject {
 
 AppearancePortal::AppearancePortal() {
     QDBusConnection bus = QDBusConnection::sessionBus();
-    // The bus library knows its own types only once they were asked for, and refuses the slot else.
+    // QtDBus learns how QDBusVariant is written only when it is asked, and refuses a slot that
+    // takes one before that.
     QDBusMetaType::typeToSignature(QMetaType::fromType<QDBusVariant>());
     if (!bus.connect(service, path, interface, "SettingChanged", this,
                      SLOT(settingChanged(QString, QString, QDBusVariant)))) {
@@ -115,11 +116,11 @@ void AppearancePortal::report(const QString& space, const QString& key, const QV
     }
 }
 
-// The two voices of a Linux desktop: the portal, which knows the user's wish itself, before the
+// The two sources on a Linux desktop: the portal, which knows the user's wish itself, before the
 // theme that X desktops tell their programs of.
-class DesktopVoices final : public QObject {
+class DesktopSources final : public QObject {
   public:
-    explicit DesktopVoices(DesktopAppearance& theReceiver) : receiver(theReceiver) {
+    explicit DesktopSources(DesktopAppearance& theReceiver) : receiver(theReceiver) {
         connect(&xSettings, &XSettingsWatch::changed, this, [this] { tell(); });
         if (sessionBus::isAvailable()) {
             connect(&portal.emplace(), &AppearancePortal::answered, this,
@@ -145,7 +146,7 @@ class DesktopVoices final : public QObject {
 };
 
 std::unique_ptr<QObject> DesktopAppearance::makeSource(DesktopAppearance& receiver) {
-    return std::make_unique<DesktopVoices>(receiver);
+    return std::make_unique<DesktopSources>(receiver);
 }
 
 }  // namespace bonkora

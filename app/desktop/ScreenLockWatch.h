@@ -1,6 +1,6 @@
 // ScreenLockWatch: tells when the screen is about to be locked or the machine to sleep, so that
 // nothing of ours holds the pointer, which a screen locker needs for itself. One implementation for
-// each system. Main thread.
+// each system.
 #pragma once
 
 #include <QObject>

@@ -1,10 +1,10 @@
-// SessionBus: whether there is a session bus to talk to. Main thread.
+// SessionBus: whether there is a session bus to talk to.
 #pragma once
 
 namespace bonkora::sessionBus {
 
-// Before anything touches the bus: where there is none, says so to all that would look for one.
-// The bus library would otherwise start a daemon of its own, which nobody ends.
+// To be called before anything uses the bus. Where there is none, keeps the bus library from
+// starting a daemon of its own, which nobody would end.
 void forbidAutolaunch();
 
 bool isAvailable();

@@ -24,7 +24,7 @@ void writeByte(int) {
 
 SignalWatch::SignalWatch() : pipe(platform::Pipe::make()) {
     if (!pipe) {
-        return;  // the signals' own effect, an end at once, is as good
+        return;  // the signals then end the process at once, which does as well
     }
     writingEnd = pipe->fileHandleForWriting.get();
     notifier =

@@ -1,5 +1,5 @@
 // SignalWatch: turns SIGTERM and SIGINT into a signal on the main thread. One at a time in a
-// process. Main thread.
+// process.
 #pragma once
 
 #include <QObject>
@@ -15,7 +15,7 @@ class SignalWatch final : public QObject {
 
   public:
     SignalWatch();
-    // Ignores both signals from then on: the end is near already.
+    // From then on both signals are ignored: the application is ending already.
     ~SignalWatch() override;
 
   signals:

@@ -1,6 +1,6 @@
 // SingleInstance: one application for a user and session. The first holds a name on the session
 // bus, or a lock file where there is no bus; a later one asks the first to open its panel, and
-// ends. One implementation for each system. Main thread.
+// ends. One implementation for each system.
 #pragma once
 
 #include <QObject>

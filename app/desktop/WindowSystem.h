@@ -1,5 +1,5 @@
-// WindowSystem: the few things about windows that Qt has no door for. One implementation for each
-// system. Main thread.
+// WindowSystem: the few things about windows that Qt has no function for. One implementation for
+// each system.
 #pragma once
 
 #include <QPoint>

@@ -1,5 +1,5 @@
 // X11: the connection that Qt holds to the X server, and the questions this application asks over
-// it. Main thread.
+// it.
 #pragma once
 
 #include <xcb/xcb.h>

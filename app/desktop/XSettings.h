@@ -1,5 +1,5 @@
 // XSettings: what an X desktop tells every program of its look, in a property of a window that its
-// settings manager owns (freedesktop.org, "XSETTINGS - Cross desktop settings"). Main thread.
+// settings manager owns (freedesktop.org, "XSETTINGS - Cross desktop settings").
 #pragma once
 
 #include <xcb/xcb.h>

@@ -10,7 +10,7 @@
 
 namespace bonkora {
 
-// Paints the symbol in the middle of whatever room a tray gives, in one colour. Main thread.
+// Paints the symbol in the middle of whatever room a tray gives, in one colour.
 class LabelIconEngine final : public QIconEngine {
   public:
     LabelIconEngine(Symbol symbol, const QColor& color);

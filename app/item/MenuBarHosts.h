@@ -1,5 +1,5 @@
 // MenuBarHosts: what there is on this desktop to show an item in, and when that changes. One
-// implementation for each system. Main thread.
+// implementation for each system.
 #pragma once
 
 #include <QObject>

@@ -1,4 +1,4 @@
-// MenuBarItem: the item in the bar, by one way of showing it. Main thread.
+// MenuBarItem: the item in the bar; each implementation is one way of showing it.
 #pragma once
 
 #include <QObject>

@@ -1,5 +1,5 @@
 // OpenMenu: the item's menu on the session bus: the one entry "Open", for bars that open an item
-// only by a menu. Everything else is the panel's. Main thread.
+// only by a menu. Everything else is the panel's.
 #pragma once
 
 #include <QDBusAbstractAdaptor>

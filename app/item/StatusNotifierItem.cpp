@@ -110,7 +110,7 @@ IconPixmaps StatusNotifierAdaptor::iconPixmap() const {
 }
 
 QString StatusNotifierAdaptor::ayatanaLabel() const {
-    // There the label takes the icon's place.
+    // MATE's panel shows the label in place of the icon, so the symbol goes into the label there.
     const bool replacesIcon = qEnvironmentVariable("XDG_CURRENT_DESKTOP").contains("MATE");
     return replacesIcon ? QStringLiteral("✋ ") + label.title : label.title;
 }

@@ -1,5 +1,5 @@
 // StatusNotifierItem: our own item on the session bus. It registers again with every new watcher,
-// so a bar that died and came back shows it again. Main thread.
+// so a bar that died and came back shows it again.
 #pragma once
 
 #include <QDBusServiceWatcher>

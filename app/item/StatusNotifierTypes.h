@@ -57,7 +57,7 @@ const QDBusArgument& operator>>(const QDBusArgument& in, MenuProperties& entry);
 QDBusArgument& operator<<(QDBusArgument& out, const MenuEvent& event);
 const QDBusArgument& operator>>(const QDBusArgument& in, MenuEvent& event);
 
-// Makes the above known to QtDBus. Again and again does no harm.
+// Registers these types with QtDBus. May be called more than once.
 void registerStatusNotifierTypes();
 
 }  // namespace bonkora

@@ -1,5 +1,5 @@
 // TrayIconItem: the item as Qt's tray icon: the menu bar on macOS, an XEmbed tray elsewhere. It
-// shows the symbol, and the title as a tool tip. Main thread.
+// shows the symbol, and the title as a tool tip.
 #pragma once
 
 #include <QColor>

@@ -18,13 +18,14 @@ std::optional<QPoint> clickPlace(const std::optional<QPoint>& pointer, const QPo
 
 // The rectangle of the item that was clicked at `click`. `reported` is believed only if it is at
 // most 64 high and holds the click; otherwise the item is taken to be as thick as a bar that has
-// the click in its middle. Nothing for a click that is in no bar. What of `screen` is not
-// `available` is taken by bars, which tells whose end an item in a corner is at.
+// the click in its middle. Nothing for a click that is in no bar. The part of
+// `screen` that is not `available` is taken by bars, which tells at the end of which bar an item in
+// a corner is.
 std::optional<QRect> itemRectangle(const QPoint& click, const QRect& reported, const QRect& screen,
                                    const QRect& available);
 
 // The panel's place for that item; for none, the corner in which bars keep their items. A panel
-// that is higher than the screen has room for is lower by what is missing.
+// that is higher than the screen allows is made as low as needed.
 QRect panelRectangle(const QSize& wanted, const std::optional<QRect>& item, const QRect& screen,
                      const QRect& available);
 

@@ -1,6 +1,6 @@
 // PanelWindow: the window that drops down from the menu-bar item, or a plain window where there is
 // no bar to drop from. Owns its content; goes when it is closed, and takes the content along. Tells
-// what happens to it, and leaves to others what follows from that. Main thread.
+// what happens to it, and leaves to others what follows from that.
 #pragma once
 
 #include <QEvent>

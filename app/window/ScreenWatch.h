@@ -1,6 +1,6 @@
 // ScreenWatch: tells when the layout of the screens has changed: one came, went, or has another
 // size or another share of it taken by bars. Told once the changes have come to rest, for bars move
-// after their screen. Main thread.
+// after their screen.
 #pragma once
 
 #include <QObject>
