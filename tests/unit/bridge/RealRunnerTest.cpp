@@ -29,6 +29,18 @@ class RealRunner : public testing::Test {
         wrapper->start();
     }
     bool until(const std::function<bool()>& holds) const { return system.time->runUntil(holds); }
+    // Nothing is dealt with meanwhile: what waits for the main thread grows to its bound.
+    void untilItHasToWait() const {
+        const auto deadline = std::chrono::steady_clock::now() + 10s;
+        std::size_t before = 0;
+        std::size_t now = 0;
+        do {
+            before = now;
+            std::this_thread::sleep_for(100ms);
+            now = system.time->pending();
+        } while ((now != before || now < 60) && std::chrono::steady_clock::now() < deadline);
+        EXPECT_GE(now, 60U);
+    }
     bool untilEnded() const {
         return until([&] {
             const auto lines = system.console->lines();
@@ -174,16 +186,8 @@ const std::string slapsWithoutPause =
 
 TEST_F(RealRunner, thatWritesFasterThanItIsReadHasToWaitAndLosesNothing) {
     runScript(slapsWithoutPause + (system.folder / "done") + "; exit 3");
-    // Nothing is dealt with yet: what waits grows to its bound, and no further.
-    const auto deadline = std::chrono::steady_clock::now() + 10s;
-    std::size_t before = 0;
-    do {
-        before = system.time->pending();
-        std::this_thread::sleep_for(50ms);
-    } while ((system.time->pending() != before || before < 60) &&
-             std::chrono::steady_clock::now() < deadline);
+    untilItHasToWait();
     EXPECT_FALSE(std::filesystem::exists(system.folder / "done"));
-    EXPECT_GE(before, 60U);
     EXPECT_TRUE(until([&] { return wrapper->slapCount == manySlaps; }));
     EXPECT_TRUE(until([&] { return !wrapper->isRunning; }));
     EXPECT_EQ(wrapper->statusMessage, "Error (code: 3)");
@@ -192,9 +196,7 @@ TEST_F(RealRunner, thatWritesFasterThanItIsReadHasToWaitAndLosesNothing) {
 
 TEST_F(RealRunner, thatHasToWaitGoesOnWhenTheControllerGoes) {
     runScript(slapsWithoutPause + (system.folder / "done"));
-    while (system.time->pending() < 60) {
-        std::this_thread::yield();
-    }
+    untilItHasToWait();
     wrapper.reset();  // though nobody deals with what waits
     const auto deadline = std::chrono::steady_clock::now() + 10s;
     while (!std::filesystem::exists(system.folder / "done") &&
