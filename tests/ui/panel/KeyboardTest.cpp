@@ -176,10 +176,14 @@ class KeyboardTest final : public QObject {
                 QVERIFY2(with.copy(part) == without.copy(part), qPrintable(name));
             }
 
-            for (const QPoint& side : {QPoint(around.left() + 1, around.center().y()),
-                                       QPoint(around.right() - 1, around.center().y()),
-                                       QPoint(around.center().x(), around.top() + 1),
-                                       QPoint(around.center().x(), around.bottom() - 1)}) {
+            QList<QPoint> sides{QPoint(around.center().x(), around.top() + 1),
+                                QPoint(around.center().x(), around.bottom() - 1)};
+            // At its sides the ring of a slider's thumb crosses the slider's own track.
+            if (qobject_cast<bonkora::StepSlider*>(control) == nullptr) {
+                sides << QPoint(around.left() + 1, around.center().y())
+                      << QPoint(around.right() - 1, around.center().y());
+            }
+            for (const QPoint& side : sides) {
                 const double ratio =
                     bonkora::contrastRatio(with.pixelColor(side), without.pixelColor(side));
                 QVERIFY2(ratio >= 3, qPrintable(QString("%1: %2").arg(name).arg(ratio)));
