@@ -16,7 +16,6 @@ from desktop import Missed, waitFor
 from picture import Box, Screen, part
 
 PALE = "#5a6b7b"    # what every desktop is painted with
-PALE_PIXEL = (0x7B, 0x6B, 0x5A)    # blue, green, red
 
 
 class Host:
@@ -122,14 +121,14 @@ class Host:
         subprocess.run(["xsetroot", "-solid", PALE], check=False)
 
     def waitForBar(self):
-        """Until the bar covers the desktop's colour, and nothing moves any more."""
+        """Until there is something at the bar's place that the desktop is not, and nothing moves."""
         def isThere():
-            lit = part(self.screen.take(), self.barBox())[..., :3].astype(int)
-            isBare = abs(lit - PALE_PIXEL).max(axis=2) <= 12
-            isBlank = lit.max(axis=2) <= 8    # nothing has been drawn yet
-            return (~isBare).mean() > self.covers and not (isBare | isBlank).all()
+            picture = self.screen.take()[..., :3].astype(int)
+            x, y = self.desk()
+            bare = picture[y, x]
+            return (abs(part(picture, self.barBox()) - bare).max(axis=2) > 12).mean() > self.covers
         try:
-            waitFor(isThere, "the bar", 90)
+            waitFor(isThere, "the bar", 180)
         except Missed:
             self.screen.save(self.runtime / "no-bar.png")
             raise
