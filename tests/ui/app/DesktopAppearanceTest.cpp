@@ -41,6 +41,7 @@ class DesktopAppearanceTest final : public QObject {
     void menusToolTipsAndDialogsTakeTheAppearanceAlsoWhileTheyAreOpen() {
         Appearance appearance;
         DesktopAppearance desktop(appearance, bonkora::applicationPalette);
+        QCoreApplication::processEvents();  // the real desktop has its say first
         QWidget panel;
         panel.setPalette(bonkora::panelPalette(false));
         QLineEdit field(&panel);
