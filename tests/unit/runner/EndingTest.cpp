@@ -162,9 +162,10 @@ TEST_P(RunnerEnding, comesWhenNobodyReadsTheOutputOfABusyCommand) {
 
 TEST_P(RunnerEnding, withTheCommandEndsWhatItLeftBehind) {
     const std::string gate = makeGate();
-    RunnerUnderTest runner = run("(setsid sh -c '" + sayNumber + "echo >" + gate +
-                                 "; exec sleep 100' &); read line <" + gate + "; exit 6");
+    RunnerUnderTest runner =
+        run("(setsid sh -c '" + sayNumber + "exec sleep 100' &); read line <" + gate + "; exit 6");
     const ProcessWatch leftBehind(runner.readProcess());
+    std::ofstream(gate) << "\n";
     EXPECT_EQ(runner.waitForStatus(), 1);
     EXPECT_FALSE(leftBehind.isAlive());
     EXPECT_EQ(runner.readRest(), "");  // nobody holds the output any more
