@@ -14,6 +14,8 @@ namespace {
 
 using namespace std::chrono_literals;
 
+// Between the two lies the time in which the old runner ends its detector: at least
+// runner/ElevatedLink.h's endingTime, 400 ms, or the new one meets the old.
 constexpr auto pauseBeforeTermination = 500ms;
 constexpr auto pauseBeforeNewStart = 1000ms;
 constexpr auto launcherScriptLife = 2000ms;

@@ -46,10 +46,16 @@ function(bonkora_program target output folder)
     install(TARGETS ${target} DESTINATION ${BONKORA_INSTALLED_BUNDLE}/Contents/${folder})
 endfunction()
 
-# bonkora_unit_test(NAME sources...): a GoogleTest program, each of whose tests is one of CTest's.
+# bonkora_unit_test(NAME [LABEL label] sources...): a GoogleTest program, each of whose tests is one of
+# CTest's. The label is "unit" unless another is given.
 function(bonkora_unit_test name)
-    add_executable(${name} ${ARGN})
+    cmake_parse_arguments(arg "" "LABEL" "" ${ARGN})
+    if(NOT arg_LABEL)
+        set(arg_LABEL unit)
+    endif()
+    add_executable(${name} ${arg_UNPARSED_ARGUMENTS})
     bonkora_target(${name})
     target_link_libraries(${name} PRIVATE GTest::gtest GTest::gmock)
-    gtest_discover_tests(${name} TEST_PREFIX "${name}." DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 120 LABELS unit)
+    gtest_discover_tests(${name} TEST_PREFIX "${name}." DISCOVERY_TIMEOUT 60
+        PROPERTIES TIMEOUT 120 LABELS ${arg_LABEL})
 endfunction()

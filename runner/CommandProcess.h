@@ -13,7 +13,7 @@ namespace bonkora::runner {
 
 // The command's environment, NAME=VALUE each: the system's own folders as PATH; who the command
 // runs as; and in PKEXEC_UID, when polkit was asked, the number of the user who did. `own` looks a
-// name up in the environment of this process. Pure.
+// name up in the environment of this process, which polkit leaves only what pkexec sets. Pure.
 std::vector<std::string> commandEnvironment(
     const std::function<std::optional<std::string>(const char* name)>& own);
 

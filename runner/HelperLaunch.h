@@ -20,9 +20,8 @@ struct HelperLaunch {
 };
 
 // `helperPath` is the real path of bonkora-elevated, because the policy names the program by it.
-// `folder` is where
-// the command is to run. The prompt shows these words, hence the command first. Root asks nobody.
-// Pure; any thread.
+// `folder` is where the command is to run. The prompt shows these words, hence the command first.
+// Root asks nobody. Pure; any thread.
 HelperLaunch helperLaunch(const std::string& helperPath, const std::string& folder,
                           const ShellCommand& command, bool isRoot);
 

@@ -82,7 +82,7 @@ def write(trained, blows, others):
 
 
 # What the score must exceed where it is quiet and where it is loud (see thresholdAt() in
-# detector/detection/Tuning.cpp): see the curve in docs/detection.md.
+# detector/detection/Tuning.cpp): chosen from the table in docs/detection.md.
 QUIET, LOUD = 0.0, 3.0
 
 

@@ -61,6 +61,10 @@ class Walls(unittest.TestCase):
         self.write("docs/architecture.md", PICTURE.replace("| `base` | |", "| `base` | `app` |"))
         self.assertRefused("circle: app -> app/item -> base -> app")
 
+    def testARoomThatThePictureNamesTwiceIsRefused(self):
+        self.write("docs/architecture.md", PICTURE.replace("| `base` | |", "| `base` | |\n| `base` | `Qt` |"))
+        self.assertRefused("names base twice")
+
     def testAPictureWithoutATableIsRefused(self):
         self.write("docs/architecture.md", "Rooms.\n")
         self.assertRefused("no table of rooms")

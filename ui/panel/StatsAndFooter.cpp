@@ -14,7 +14,7 @@ namespace {
 constexpr int columnSpacing = 3;
 constexpr int footerPadding = 8;
 // The only time that the detector has to shut down before the application ends.
-constexpr std::chrono::milliseconds terminateDelay{300};
+constexpr std::chrono::milliseconds pauseBeforeQuitting{300};
 
 QVBoxLayout* column(const QString& caption, TextLabel* value, Qt::Alignment alignment) {
     auto* stack = panelLayout::padded(new QVBoxLayout, 0, 0, columnSpacing);
@@ -65,7 +65,7 @@ FooterSection::FooterSection(SpankWrapper& wrapper, const PanelEnvironment& theE
 void FooterSection::quit() {
     spankWrapper.stop();
     // Nothing of the panel is captured: it may be closed before the time is up.
-    environment.mainQueue->asyncAfter(terminateDelay, environment.terminate);
+    environment.mainQueue->asyncAfter(pauseBeforeQuitting, environment.terminate);
 }
 
 }  // namespace bonkora
