@@ -130,7 +130,7 @@ std::vector<Descendants::Identity> Descendants::tree() {
     const std::unique_ptr<DIR, int (*)(DIR*)> folder(::opendir("/proc"), ::closedir);
     std::vector<Entry> all;
     while (const dirent* const file = folder ? ::readdir(folder.get()) : nullptr) {
-        const pid_t number = std::atoi(file->d_name);
+        const auto number = static_cast<pid_t>(std::strtol(file->d_name, nullptr, 10));
         Entry entry;
         if (number > 0 && readEntry(number, entry)) {
             all.push_back(entry);
