@@ -49,9 +49,10 @@ std::vector<OpenedAccelerometer> openAccelerometers(const SystemRoots& roots) {
     return opened;
 }
 
-// NOLINTNEXTLINE(performance-unnecessary-value-param): the chosen sensor is moved out of it
-OpenedSensor chooseAccelerometer(const SensorChoice& choice,
-                                 std::vector<OpenedAccelerometer> opened) {
+OpenedSensor chooseAccelerometer(
+    const SensorChoice& choice,
+    // NOLINTNEXTLINE(performance-unnecessary-value-param): the chosen sensor is moved out of it
+    std::vector<OpenedAccelerometer> opened) {
     std::string reason = "none is there";
     for (auto& [files, sensor] : opened) {
         if (!choice.device.empty() && choice.device != files.name && choice.device != files.id) {

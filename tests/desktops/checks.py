@@ -398,8 +398,9 @@ def tryAll(host, folder, only=()):
             with contextlib.suppress(subprocess.SubprocessError):
                 trial.keep(f"no-{name}")
         answers[name] = isTrue, remark or ""
-        reason = host.limits.get(name)
-        word = "yes" if isTrue else "no, the host's limit" if reason else "NO"
+        reason = host.limits.get(name) or host.faults.get(name)
+        word = ("yes" if isTrue else "no, the host's limit" if name in host.limits
+                else "no, a known fault" if name in host.faults else "NO")
         print(f"{host.name:14} x{host.scale} {word:3}  {claim}"
               + (f" ({remark})" if remark else "") + (f": {reason}" if reason and not isTrue else ""),
               flush=True)

@@ -34,6 +34,7 @@ class Host:
     scaling = True          # whether the session can be had at scale 2
     menuEntry = 20          # from the top of the item's menu to its first entry
     limits = {}             # checks that the host itself does not allow, with the reason
+    faults = {}             # checks that our program still fails there, with what is known of it
 
     def __init__(self, scale):
         self.scale = scale
