@@ -1,5 +1,6 @@
 #include "platform/Console.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <poll.h>
 #include <unistd.h>
@@ -192,28 +193,37 @@ TEST_F(ConsoleTest, aLineLongerThanAllThatIsKeptComesWhole) {
     EXPECT_TRUE(read == line + '\n');
 }
 
-// A program of its own, whose standard output is the pipe, and its end.
-#define EXPECT_OUTPUT_BEFORE_THE_END(end, predicate)        \
-    console.reset();                                        \
-    EXPECT_EXIT(                                            \
-        {                                                   \
-            ::dup2(pipe->fileHandleForWriting.get(), 1);    \
-            const auto own = Console::standardOutput();     \
-            const Console::Burst burst(*own);               \
-            for (int number = 0; number < 1000; ++number) { \
-                own->print("line");                         \
-            }                                               \
-            end;                                            \
-        },                                                  \
-        predicate, "");                                     \
-    EXPECT_EQ(readAll().size(), 5000U)
+std::string thousandLines() {
+    std::string lines;
+    for (int number = 0; number < 1000; ++number) {
+        lines += "line\n";
+    }
+    return lines;
+}
+
+// The end of a program of its own whose output goes where its errors go. It is started anew, since
+// a process that was forked beside a writer thread may have none of its own.
+#define EXPECT_OUTPUT_BEFORE_THE_END(end, predicate, atTheEnd) \
+    GTEST_FLAG_SET(death_test_style, "threadsafe");            \
+    EXPECT_EXIT(                                               \
+        {                                                      \
+            ::dup2(STDERR_FILENO, STDOUT_FILENO);              \
+            const auto own = Console::standardOutput();        \
+            const Console::Burst burst(*own);                  \
+            for (int number = 0; number < 1000; ++number) {    \
+                own->print("line");                            \
+            }                                                  \
+            end;                                               \
+        },                                                     \
+        predicate, testing::StartsWith(thousandLines() + (atTheEnd)))
 
 TEST_F(ConsoleTest, everythingIsOutBeforeTheProgramEnds) {
-    EXPECT_OUTPUT_BEFORE_THE_END(std::exit(0), testing::ExitedWithCode(0));
+    EXPECT_OUTPUT_BEFORE_THE_END(std::exit(0), testing::ExitedWithCode(0), "");
 }
 
 TEST_F(ConsoleTest, everythingIsOutBeforeAFatalError) {
-    EXPECT_OUTPUT_BEFORE_THE_END(fatalError("broken"), testing::KilledBySignal(SIGABRT));
+    EXPECT_OUTPUT_BEFORE_THE_END(fatalError("broken"), testing::KilledBySignal(SIGABRT),
+                                 "Fatal error: broken\n");
 }
 
 TEST_F(ConsoleTest, allWhoPrintShareOneConsole) {
