@@ -1,9 +1,7 @@
 #include "app/desktop/XSettings.h"
 
-#include <QCoreApplication>
 #include <QString>
 #include <QtEndian>
-#include <string>
 
 #include "app/desktop/X11.h"
 
@@ -81,56 +79,21 @@ std::optional<bool> xSettings::asksForDark(const QByteArray& contents) {
     return byWish.value_or(false) ? byWish : byTheme;
 }
 
-XSettingsWatch::XSettingsWatch() {
-    if (x11::connection() == nullptr) {
-        return;
-    }
-    selection = x11::atom(("_XSETTINGS_S" + std::to_string(x11::screenNumber())).c_str());
-    property = x11::atom("_XSETTINGS_SETTINGS");
+XSettingsWatch::XSettingsWatch() : manager("_XSETTINGS_S") {
+    connect(&manager, &ManagerWatch::changed, this, &XSettingsWatch::read);
     read();
-    QCoreApplication::instance()->installNativeEventFilter(this);
-}
-
-XSettingsWatch::~XSettingsWatch() {
-    if (auto* application = QCoreApplication::instance()) {
-        application->removeNativeEventFilter(this);
-    }
 }
 
 void XSettingsWatch::read() {
-    manager = x11::selectionOwner(selection);
     std::optional<bool> now;
-    if (manager != XCB_WINDOW_NONE) {
-        // To hear of its changes and of its end.
-        const std::uint32_t mask = XCB_EVENT_MASK_STRUCTURE_NOTIFY | XCB_EVENT_MASK_PROPERTY_CHANGE;
-        xcb_change_window_attributes(x11::connection(), manager, XCB_CW_EVENT_MASK, &mask);
-        now = xSettings::asksForDark(x11::property(manager, property));
+    if (manager.window() != XCB_WINDOW_NONE) {
+        now = xSettings::asksForDark(
+            x11::property(manager.window(), x11::atom("_XSETTINGS_SETTINGS")));
     }
     if (now != dark) {
         dark = now;
         emit changed();
     }
-}
-
-bool XSettingsWatch::nativeEventFilter(const QByteArray& kind, void* message, qintptr*) {
-    if (kind != "xcb_generic_event_t") {
-        return false;
-    }
-    const auto* event = static_cast<const xcb_generic_event_t*>(message);
-    const int type = event->response_type & 0x7F;
-    // A new manager says so to the root window: the selection is the second number of its message.
-    const bool hasCome =
-        type == XCB_CLIENT_MESSAGE &&
-        static_cast<const xcb_client_message_event_t*>(message)->data.data32[1] == selection;
-    const bool hasChanged =
-        type == XCB_PROPERTY_NOTIFY &&
-        static_cast<const xcb_property_notify_event_t*>(message)->window == manager;
-    const bool hasGone = type == XCB_DESTROY_NOTIFY &&
-                         static_cast<const xcb_destroy_notify_event_t*>(message)->window == manager;
-    if (hasCome || hasChanged || hasGone) {
-        read();
-    }
-    return false;
 }
 
 }  // namespace bonkora

@@ -2,12 +2,11 @@
 // settings manager owns (freedesktop.org, "XSETTINGS - Cross desktop settings").
 #pragma once
 
-#include <xcb/xcb.h>
-
-#include <QAbstractNativeEventFilter>
 #include <QByteArray>
 #include <QObject>
 #include <optional>
+
+#include "app/desktop/ManagerWatch.h"
 
 namespace bonkora {
 
@@ -19,12 +18,11 @@ std::optional<bool> asksForDark(const QByteArray& contents);
 
 }  // namespace xSettings
 
-class XSettingsWatch final : public QObject, private QAbstractNativeEventFilter {
+class XSettingsWatch final : public QObject {
     Q_OBJECT
 
   public:
     XSettingsWatch();
-    ~XSettingsWatch() override;
 
     std::optional<bool> isDark() const { return dark; }
 
@@ -32,12 +30,9 @@ class XSettingsWatch final : public QObject, private QAbstractNativeEventFilter 
     void changed();
 
   private:
-    bool nativeEventFilter(const QByteArray& kind, void* message, qintptr* result) override;
     void read();
 
-    xcb_atom_t selection = XCB_ATOM_NONE;
-    xcb_atom_t property = XCB_ATOM_NONE;
-    xcb_window_t manager = XCB_WINDOW_NONE;
+    ManagerWatch manager;
     std::optional<bool> dark;
 };
 
