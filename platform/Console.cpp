@@ -99,10 +99,7 @@ class StandardOutput final : public Console {
     void print(std::string_view line) override {
         const std::lock_guard lock(lines->mutex);
         if (!hasRoomFor(line)) {
-            if (lines->dropped++ == 0) {
-                tellOnStandardError(
-                    "bonkora: nobody reads standard output; its lines are dropped\n");
-            }
+            ++lines->dropped;
             return;
         }
         tellHowManyWereDropped();
@@ -160,7 +157,7 @@ class StandardOutput final : public Console {
     void tellHowManyWereDropped() {
         if (const auto count = std::exchange(lines->dropped, 0); count != 0) {
             tellOnStandardError("bonkora: " + std::to_string(count) +
-                                " lines of standard output were dropped\n");
+                                " lines of standard output were dropped, since nobody read it\n");
         }
     }
 

@@ -3,8 +3,9 @@
 // A line is out at once whatever the output is connected to, except that the lines of a burst go
 // out together, at its end. Printing never waits for whoever reads: lines wait for a thread of the
 // console's own. What is more than it keeps for a reader who has stopped reading is dropped, in
-// whole lines, and standard error says so. A console that is closed or has no reader any more loses
-// the line silently: a line for the developer is no reason to stop.
+// whole lines, and one line on standard error says how many when somebody reads again or the
+// program ends. A console that is closed or has no reader any more loses the line silently: a line
+// for the developer is no reason to stop.
 #pragma once
 
 #include <memory>
