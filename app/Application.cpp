@@ -7,6 +7,7 @@
 #include "app/ApplicationIcon.h"
 #include "app/BonkoraApp.h"
 #include "app/MenuBarExtra.h"
+#include "app/Messages.h"
 #include "app/QtMainQueue.h"
 #include "app/Version.h"
 #include "app/desktop/DesktopAppearance.h"
@@ -22,14 +23,6 @@
 namespace bonkora {
 
 namespace {
-
-// Standard output is for the controller's lines alone.
-void sayOnStandardError(QtMsgType type, const QMessageLogContext&, const QString& message) {
-    std::fprintf(stderr, "%s\n", message.toLocal8Bit().constData());
-    if (type == QtFatalMsg) {
-        std::abort();
-    }
-}
 
 void nameApplication() {
     QCoreApplication::setApplicationName("Bonkora");
@@ -64,7 +57,7 @@ int runScene(const platform::Bundle& bundle, SingleInstance& instance) {
 }  // namespace
 
 int runApplication(int argumentCount, char** arguments) {
-    qInstallMessageHandler(sayOnStandardError);
+    sendMessagesToStandardError();
     const auto bundle = platform::Bundle::main(argumentCount, arguments);
     if (const auto problem = windowSystem::prepare()) {
         std::fprintf(stderr, "bonkora: %s\n", problem->c_str());
