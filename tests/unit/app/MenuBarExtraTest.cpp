@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QDBusConnection>
+#include <QDBusConnectionInterface>
 #include <QDBusMessage>
 #include <QDialog>
 #include <QPointer>
@@ -18,6 +19,12 @@ using bonkora::PanelWindow;
 using bonkora::test::Panel;
 
 namespace {
+
+// What has been sent on the session bus is here and dealt with: the bus keeps the order.
+void settleTheBus() {
+    QVERIFY(!QDBusConnection::sessionBus().interface()->registeredServiceNames().value().isEmpty());
+    Panel::settle();
+}
 
 // A bar of the test's own.
 class Bar final : public MenuBarHosts {
@@ -153,15 +160,15 @@ class MenuBarExtraTest final : public QObject {
             signal.setArguments(arguments);
             QDBusConnection::sessionBus().send(signal);
         };
-        Shown shown;
         for (int news = 0; news < 3; ++news) {
+            Shown shown;
             const QPointer<PanelWindow> window = shown.opened();
             const QPointer<QWidget> menu = new QWidget(window, Qt::Popup);
             menu->show();
             announce("/ScreenSaver", "org.freedesktop.ScreenSaver", "ActiveChanged", {false});
             announce("/org/freedesktop/login1", "org.freedesktop.login1.Manager", "PrepareForSleep",
                      {false});
-            QTest::qWait(50);
+            settleTheBus();
             QVERIFY(window && menu->isVisible());
             if (news == 0) {
                 announce("/ScreenSaver", "org.freedesktop.ScreenSaver", "ActiveChanged", {true});
@@ -173,8 +180,6 @@ class MenuBarExtraTest final : public QObject {
                          "PrepareForSleep", {true});
             }
             QTRY_VERIFY(!window);
-            QTest::qWait(
-                300);  // the press that closed a panel is not taken for a click within that
         }
     }
 
@@ -188,7 +193,7 @@ class MenuBarExtraTest final : public QObject {
             "/ScreenSaver", "org.freedesktop.ScreenSaver", "ActiveChanged");
         signal << true;
         QDBusConnection::sessionBus().send(signal);
-        QTest::qWait(100);
+        settleTheBus();
         QVERIFY(window && dialog.isVisible());
     }
 
