@@ -19,5 +19,11 @@ TEST(CommandEnvironment, isSmallAndPassesOnWhoAsked) {
               (Words{"PATH=/usr/bin:/bin:/usr/sbin:/sbin", "HOME=/root", "PKEXEC_UID=1000"}));
 }
 
+TEST(CommandEnvironment, tellsAllThatIsKnownOfTheUser) {
+    EXPECT_EQ(commandEnvironment([](const char*) { return std::optional<std::string>("x"); }),
+              (Words{"PATH=/usr/bin:/bin:/usr/sbin:/sbin", "HOME=x", "LOGNAME=x", "PKEXEC_UID=x",
+                     "SHELL=x", "USER=x"}));
+}
+
 }  // namespace
 }  // namespace bonkora::runner

@@ -239,6 +239,46 @@ TEST(RunnerProgram, givesTheCommandTheSystemsUsualSettings) {
               "0022\n0\nunlimited\n8192\n1024\n");
 }
 
+TEST(RunnerProgram, givesTheCommandTheKernelsOwnLimitsAsFarAsItMay) {
+    constexpr rlim_t none = RLIM_INFINITY;
+    constexpr rlim_t eightMebibytes = 8'388'608;
+    const struct {
+        __rlimit_resource resource;
+        const char* name;
+        rlim_t soft, hard;
+    } usual[] = {
+        {RLIMIT_CPU, "Max cpu time", none, none},
+        {RLIMIT_FSIZE, "Max file size", none, none},
+        {RLIMIT_DATA, "Max data size", none, none},
+        {RLIMIT_STACK, "Max stack size", eightMebibytes, none},
+        {RLIMIT_CORE, "Max core file size", 0, none},
+        {RLIMIT_RSS, "Max resident set", none, none},
+        {RLIMIT_AS, "Max address space", none, none},
+        {RLIMIT_LOCKS, "Max file locks", none, none},
+        {RLIMIT_RTTIME, "Max realtime timeout", none, none},
+        {RLIMIT_NOFILE, "Max open files", 1024, 524'288},
+        {RLIMIT_MEMLOCK, "Max locked memory", eightMebibytes, eightMebibytes},
+        {RLIMIT_MSGQUEUE, "Max msgqueue size", 819'200, 819'200},
+        {RLIMIT_NICE, "Max nice priority", 0, 0},
+        {RLIMIT_RTPRIO, "Max realtime priority", 0, 0},
+    };
+    const auto text = [](rlim_t limit) {
+        return limit == none ? std::string("unlimited") : std::to_string(limit);
+    };
+    const std::string limits = resultOfCommand("tr -s ' ' </proc/self/limits").output;
+    for (const auto& [resource, name, soft, hard] : usual) {
+        rlimit own{};
+        ::getrlimit(resource, &own);
+        const auto line = [&, resourceName = std::string(name)](rlim_t highest) {
+            return "\n" + resourceName + ' ' + text(std::min(soft, highest)) + ' ' + text(highest) +
+                   ' ';
+        };
+        // Only the machine's own root may raise the upper limit.
+        EXPECT_THAT(limits, testing::AnyOf(testing::HasSubstr(line(hard)),
+                                           testing::HasSubstr(line(std::min(hard, own.rlim_max)))));
+    }
+}
+
 TEST(RunnerProgram, givesACommandOfRootTheUsualPriority) {
     if (::geteuid() != 0) {
         GTEST_SKIP() << "only root may raise its priority again";

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdio>
 #include <string>
 #include <vector>
 
@@ -60,6 +61,50 @@ TEST(PromptText, holdsSixteenBlanksInARowAtMost) {
     for (const char* const blank : {" ", "\u00A0", "\u1680", "\u2003", "\u2800", "\u3000"}) {
         EXPECT_EQ(whyNotShown("a" + sixteen + blank), "more than sixteen blanks in a row");
     }
+}
+
+std::string utf8(char32_t c) {
+    const auto byte = [](char32_t value) { return static_cast<char>(value); };
+    const auto rest = [&](unsigned shift, char32_t value) {
+        return byte(0x80U | ((value >> shift) & 0x3FU));
+    };
+    return c < 0x80    ? std::string{byte(c)}
+           : c < 0x800 ? std::string{byte(0xC0U | (c >> 6U)), rest(0, c)}
+           : c < 0x10000
+               ? std::string{byte(0xE0U | (c >> 12U)), rest(6, c), rest(0, c)}
+               : std::string{byte(0xF0U | (c >> 18U)), rest(12, c), rest(6, c), rest(0, c)};
+}
+
+// Every character there can be, by itself and often in a row. The invisible ones are the 4,267 that
+// Unicode 14 counts as formats, separators, default ignorable ones or noncharacters, without the 14
+// noncharacters of planes where nothing else is either, with the 131,068 for private use in the
+// last two planes, and with the seven places that Unicode 15 gave to more formats.
+TEST(PromptText, holdsEachOfUnicodesCharactersOrNamesIt) {
+    int controls = 0;
+    int invisible = 0;
+    int blanks = 0;
+    for (char32_t c = 0; c <= 0x10FFFF; ++c) {
+        if (c >= 0xD800 && c <= 0xDFFF) {
+            continue;  // surrogates, which UTF-8 does not know
+        }
+        const std::string one = utf8(c);
+        const auto why = whyNotShown(one);
+        if (why) {
+            char number[16];
+            std::snprintf(number, sizeof number, " U+%04X", static_cast<unsigned>(c));
+            ASSERT_TRUE(why->ends_with(number)) << *why << number;
+            ++(why->starts_with("the control character") ? controls : invisible);
+        } else if (c < 0x10000) {
+            std::string many;
+            for (int i = 0; i < 17; ++i) {
+                many += one;
+            }
+            blanks += whyNotShown(many) ? 1 : 0;
+        }
+    }
+    EXPECT_EQ(controls, 65);
+    EXPECT_EQ(invisible, 4'267 - 14 + 131'068 + 7);
+    EXPECT_EQ(blanks, 18);  // the category of separators of words, and the empty Braille pattern
 }
 
 // The application counts every line that holds one of these words.

@@ -63,6 +63,7 @@ TEST(Script, refusesWhatIsNoSuchStatement) {
     EXPECT_EQ(refused(""), "0:0: " + expected);
     EXPECT_EQ(refused(" \n "), "3:3: " + expected);
     EXPECT_EQ(refused("beep"), "0:4: " + expected);
+    EXPECT_EQ(refused("beep~~ now"), "0:6: " + expected);
     EXPECT_EQ(refused("do shell"), "8:8: " + expected);
     EXPECT_EQ(refused("do\nshell script \"x\""), "2:2: " + expected);
     EXPECT_EQ(refused("é do shell script \"x\""), "0:1: " + expected);
