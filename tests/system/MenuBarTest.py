@@ -140,6 +140,61 @@ class MenuBar(unittest.TestCase):
         time.sleep(SETTLE)
         self.assertTrue(self.isOpen())
 
+    def minimiseTheFolderChooser(self):
+        """Returns its window."""
+        def isBig(window):
+            shape = dict(line.split("=") for line in desktop.xdotool(
+                "getwindowgeometry", "--shell", window, check=False).split())
+            return shape and int(shape["WIDTH"]) > 340
+        chooser = desktop.waitFor(lambda: next(filter(isBig, self.visibleWindows()), None),
+                                  "the folder chooser's window")
+        desktop.xdotool("windowminimize", chooser)
+        desktop.waitFor(lambda: chooser not in self.visibleWindows(), "a minimised chooser")
+        time.sleep(SETTLE)
+        return chooser
+
+    def visibleWindows(self):
+        return desktop.xdotool("search", "--onlyvisible", "--pid", str(self.app.pid),
+                               check=False).split()
+
+    def assertBothComeBack(self, chooser, way):
+        def areThere():
+            shown = self.visibleWindows()
+            return chooser in shown and any(
+                "Width: 340\n" in subprocess.run(["xwininfo", "-id", window], text=True,
+                                                 capture_output=True).stdout for window in shown)
+        desktop.waitFor(areThere, f"chooser and panel again by {way}")
+
+    def openAFolderChooser(self):
+        self.app.openPanel()
+        self.app.press("radio button", "Custom")
+        self.app.press("push button", "Browse")
+        self.app.find("push button", "Cancel")
+
+    def testAMinimisedFolderChooserComesBackByAClickAndByASecondStart(self):
+        self.launch()
+        self.openAFolderChooser()
+        for way, act in (("a click", self.app.click),
+                         ("a second start", lambda: subprocess.run([PROGRAM], timeout=10)),
+                         ("another click", self.app.click)):
+            chooser = self.minimiseTheFolderChooser()
+            act()
+            self.assertBothComeBack(chooser, way)
+
+    def testAMinimisedFolderChooserComesBackByOpen(self):
+        with Bar() as bar:
+            self.launch()
+            bar.registered()
+            self.openAFolderChooser()
+            chooser = self.minimiseTheFolderChooser()
+            item = self.app.busName()
+            menu = itemProperty(item, "Menu")
+            layout = call(item, menu, "com.canonical.dbusmenu", "GetLayout",
+                          GLib.Variant("(iias)", (0, -1, [])))[1]
+            call(item, menu, "com.canonical.dbusmenu", "Event",
+                 GLib.Variant("(isvu)", (layout[2][0][0], "clicked", GLib.Variant("s", ""), 0)))
+            self.assertBothComeBack(chooser, "Open")
+
     def testItFollowsTheDesktopFromLightToDarkAndBackWhileOpen(self):
         portal = self.enterContext(subprocess.Popen(
             [desktop.ROOT / "tests/support/appearance-portal", "2"], text=True,

@@ -76,6 +76,8 @@ void FolderRow::browse() {
     chooser = opened;
     opened->setFileMode(QFileDialog::Directory);
     opened->setOption(QFileDialog::ShowDirsOnly);
+    // For the panel alone: a click on the item still arrives, and brings the chooser back.
+    opened->setWindowModality(Qt::WindowModal);
     const bool isAccepted = opened->exec() == QDialog::Accepted;
     if (!opened) {
         return;
