@@ -87,6 +87,17 @@ class NoTray(unittest.TestCase):
         desktop.waitFor(lambda: self.complaints() == 2, "the panel as a window again")
         self.app.find("push button", "Quit")
 
+    def testThePlainWindowAndTheFolderChooserHaveTheApplicationsIcon(self):
+        self.chooseAFolder()
+        windows = desktop.xdotool("search", "--onlyvisible", "--pid", str(self.app.pid)).split()
+        names = {window: desktop.xdotool("getwindowname", window).strip() for window in windows}
+        icons = {window: subprocess.run(["xprop", "-id", window, "_NET_WM_ICON"], text=True,
+                                        capture_output=True).stdout
+                 for window, name in names.items() if name}
+        self.assertEqual(len(icons), 2, names)
+        for window, icon in icons.items():
+            self.assertIn("Icon (", icon, names[window])
+
     def complaints(self):
         return self.app.errors.read_text().count("no menu bar or tray")
 
