@@ -18,6 +18,7 @@ namespace {
 constexpr int trackHeight = 4;
 constexpr int thumbSize = 16;
 constexpr int sliderHeight = 20;
+constexpr int ringGap = 2;
 constexpr int pageSteps = 10;
 constexpr int anglePerStep = 120;
 constexpr int quietMilliseconds = 500;
@@ -241,11 +242,18 @@ void StepSlider::paintEvent(QPaintEvent*) {
     painter.setPen(Qt::NoPen);
     const QRectF track(0, (height() - trackHeight) / 2.0, width(), trackHeight);
     const qreal center = thumbCenter();
+    if (hasFocus() && showsFocus()) {
+        // The track stops short of the ring, which could not be told from it.
+        const int gap = FocusRing::reach + ringGap;
+        painter.setClipRegion(QRegion(rect()) -
+                              focusBox().adjusted(-gap, 0, gap, 0).toAlignedRect());
+    }
     painter.setBrush(palette().color(colorRole::track));
     painter.drawRoundedRect(track, trackHeight / 2.0, trackHeight / 2.0);
     painter.setBrush(palette().color(colorRole::accent));
     painter.drawRoundedRect(track.adjusted(0, 0, center - width(), 0), trackHeight / 2.0,
                             trackHeight / 2.0);
+    painter.setClipping(false);
 
     painter.setPen(QPen(thumbEdge, 1));
     painter.setBrush(editing == Editing::none ? QColor(Qt::white) : QColor(0xF0, 0xF0, 0xF0));

@@ -1,4 +1,6 @@
+#include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "tests/support/Panel.h"
 #include "ui/controls/FocusRing.h"
@@ -176,17 +178,25 @@ class KeyboardTest final : public QObject {
                 QVERIFY2(with.copy(part) == without.copy(part), qPrintable(name));
             }
 
-            QList<QPoint> sides{QPoint(around.center().x(), around.top() + 1),
-                                QPoint(around.center().x(), around.bottom() - 1)};
-            // At its sides the ring of a slider's thumb crosses the slider's own track.
-            if (qobject_cast<bonkora::StepSlider*>(control) == nullptr) {
-                sides << QPoint(around.left() + 1, around.center().y())
-                      << QPoint(around.right() - 1, around.center().y());
-            }
-            for (const QPoint& side : sides) {
-                const double ratio =
-                    bonkora::contrastRatio(with.pixelColor(side), without.pixelColor(side));
-                QVERIFY2(ratio >= 3, qPrintable(QString("%1: %2").arg(name).arg(ratio)));
+            const QPoint middle = around.center();
+            // At each side the outermost pixel of the ring, and the way to the control.
+            const std::pair<QPoint, QPoint> sides[] = {
+                {QPoint(middle.x(), around.top()), QPoint(0, 1)},
+                {QPoint(middle.x(), around.bottom()), QPoint(0, -1)},
+                {QPoint(around.left(), middle.y()), QPoint(1, 0)},
+                {QPoint(around.right(), middle.y()), QPoint(-1, 0)}};
+            for (const auto& [outermost, inwards] : sides) {
+                // On what it stands, and beside what: a slider's track among them.
+                for (const int outwards : {0, 1}) {
+                    double ratio = 1;
+                    for (int depth = 0; depth < FocusRing::reach; ++depth) {
+                        const QPoint pixel = outermost + depth * inwards;
+                        const QPoint other = outwards == 0 ? pixel : outermost - inwards;
+                        ratio = std::max(ratio, bonkora::contrastRatio(with.pixelColor(pixel),
+                                                                       without.pixelColor(other)));
+                    }
+                    QVERIFY2(ratio >= 3, qPrintable(QString("%1: %2").arg(name).arg(ratio)));
+                }
             }
         }
     }
