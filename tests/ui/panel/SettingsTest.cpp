@@ -2,6 +2,7 @@
 #include <unistd.h>
 
 #include <QWheelEvent>
+#include <algorithm>
 #include <csignal>
 #include <limits>
 
@@ -98,16 +99,17 @@ class SettingsTest final : public QObject {
         QCOMPARE(panel.launches(), std::size_t{3});
     }
 
-    // Each restart stops once: a second one in the same breath would stop twice.
+    // Each restart says once that it has stopped: a second in the same breath would say it again.
     void everyCommittedChangeRestartsExactlyOnce() {
         Panel panel;
         panel.open();
         const auto stopsOf = [&](const auto& change) {
             panel.controller->isRunning ? void() : panel.controller->start();
-            const auto& runner = panel.system.processes->last();
+            panel.system.console->take();
             change();
             panel.pass(1000ms);
-            return runner.terminations;
+            const auto lines = panel.system.console->take();
+            return static_cast<int>(std::count(lines.begin(), lines.end(), "⏹ Spank stopped"));
         };
         QCOMPARE(stopsOf([&] { panel.click(panel.toggle("Fast detection")); }), 1);
         QCOMPARE(stopsOf([&] { panel.click(panel.toggle("Volume scales with force")); }), 1);
