@@ -168,7 +168,7 @@ class PanelPictureTest final : public QObject {
     }
 
     // Too faint or too small for the tolerance of whole pictures.
-    void theHighlightHasATenthOfTheAccentAndTheCardsCornersARadiusOfEight() {
+    void theHighlightHasATenthOfTheAccentAndTheCornersHaveTheirRadii() {
         Panel panel;
         const QImage picture = pictureOf(panel, ready, false);
         const QPalette palette = panel.view->palette();
@@ -183,6 +183,13 @@ class PanelPictureTest final : public QObject {
         const QColor shown = at(panel.row("Pain"), 4, 10);
         QVERIFY2(std::abs(shown.red() - tint.red()) <= 1, qPrintable(shown.name()));
         QVERIFY2(std::abs(shown.blue() - tint.blue()) <= 1, qPrintable(shown.name()));
+
+        // How much of the tint is left a pixel from either side of the row's corner: with a radius
+        // of four pixels instead of six it is most.
+        const QColor corner = at(panel.row("Pain"), 1, 1);
+        const double left =
+            static_cast<double>(window.red() - corner.red()) / (window.red() - shown.red());
+        QVERIFY2(left < 0.4, qPrintable(QString::number(left)));
 
         // The diagonal leaves a round corner at 0.293 radii: 2.3 pixels from either side.
         const QWidget* card = panel.dot()->parentWidget();
