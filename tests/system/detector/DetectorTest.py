@@ -355,14 +355,17 @@ class DetectorTest(DetectorCase):
             file.writeframes(bytes([128]) * 4000 * 3600)
         self.environment["SDL_DISKAUDIOFILEIN"] = "/dev/zero"
         for delay in (0.03, 0.06, 0.1, 0.2, 0.4, 0.8):
-            process = self.start_on_disk("--sensor", "microphone", "--custom", own)
-            time.sleep(delay)
-            begin = time.monotonic()
-            process.terminate()
-            status = process.wait(10)
-            # A tenth of a second, and what a busy machine adds.
-            self.assertLess(time.monotonic() - begin, 0.3, delay)
-            self.assertIn(status, (0, -signal.SIGTERM))
+            times = []
+            # A tenth of a second, and a little for the clock. A busy machine may add to one try, or
+            # to several, but what takes longer by itself takes it every time.
+            while min(times, default=math.inf) > 0.15 and len(times) < 5:
+                process = self.start_on_disk("--sensor", "microphone", "--custom", own)
+                time.sleep(delay)
+                begin = time.monotonic()
+                process.terminate()
+                self.assertIn(process.wait(10), (0, -signal.SIGTERM))
+                times.append(time.monotonic() - begin)
+            self.assertLess(min(times), 0.15, (delay, times))
 
     def test_mute_keeps_quiet(self):
         self.configure("mute = yes\n")
