@@ -1,7 +1,14 @@
+#ifdef __linux__
+#include <sys/syscall.h>
+#include <unistd.h>
+#endif
+
 #include <QTest>
 #include <chrono>
 #include <filesystem>
+#include <functional>
 #include <thread>
+#include <utility>
 
 #include "tests/support/TemporaryFolder.h"
 #include "ui/state/AppStorage.h"
@@ -25,7 +32,21 @@ struct Configuration {
     }
 };
 
+#ifdef __linux__
+std::function<void()> beforeTheNextWatch;
+#endif
+
 }  // namespace
+
+#ifdef __linux__
+// In the C library's place: what happens right before the toolkit watches a folder or a file.
+extern "C" int inotify_add_watch(int descriptor, const char* path, std::uint32_t mask) noexcept {
+    if (const auto happening = std::exchange(beforeTheNextWatch, nullptr)) {
+        happening();
+    }
+    return static_cast<int>(::syscall(SYS_inotify_add_watch, descriptor, path, mask));
+}
+#endif
 
 class AppStorageTest final : public QObject {
     Q_OBJECT
@@ -90,6 +111,19 @@ class AppStorageTest final : public QObject {
     }
 
     // Made one after the other by another thread, while this one goes from folder to folder.
+#ifdef __linux__
+    void aFolderMadeBetweenTheSearchForItAndTheWatchIsFollowed() {
+        Configuration configuration;
+        beforeTheNextWatch = [&] {
+            std::filesystem::create_directory(configuration.folder / "config");
+        };
+        AppStorage storage("slapCounterTotal", 0);
+        QVERIFY(std::filesystem::exists(configuration.folder / "config"));
+        configuration.store("7");
+        QTRY_COMPARE_WITH_TIMEOUT(storage.get(), 7, 1000);
+    }
+#endif
+
     void foldersMadeWhileTheirParentsAreLookedForAreFollowed() {
         for (int round = 0; round < 60; ++round) {
             Configuration configuration;
