@@ -55,6 +55,14 @@ def children(process):
         return []
 
 
+def commandLine(process):
+    """Empty when it has gone."""
+    try:
+        return pathlib.Path(f"/proc/{process}/cmdline").read_bytes()
+    except OSError:
+        return b""
+
+
 def marked(mark):
     """The living processes that have the mark in their environment."""
     found = []
@@ -118,11 +126,13 @@ class Run:
             for elevated in children(self.runner.pid):
                 if self.target == "elevated":
                     return elevated
-                # The command's shell, or in between the first process of the namespace.
+                # The command's shell, or in between the first process of the namespace. Its name
+                # is looked at last: a command that is not there yet has the name too, and no
+                # children.
                 for child in children(elevated):
-                    name = pathlib.Path(f"/proc/{child}/cmdline").read_bytes()
-                    inner = children(child) if b"bonkora-elevated" in name else []
-                    return (inner or [child])[0]
+                    inner = children(child)
+                    isFirst = b"bonkora-elevated" in commandLine(child)
+                    return inner[0] if inner and isFirst else child
             time.sleep(0.001)
         return None
 
@@ -132,10 +142,7 @@ class Run:
         if self.choice.random() < 0.7:
             select.select([self.runner.stdout], [], [], PATIENCE)
         time.sleep(self.choice.uniform(0, 0.06))
-        try:
-            victim = self.victim()
-        except OSError:
-            victim = None
+        victim = self.victim()
         if self.ending == "reader":
             self.runner.stdout.close()
         elif victim is not None:
@@ -160,7 +167,7 @@ class Run:
                     break
             time.sleep(0.005)
         if left:
-            print("LEFT BEHIND:", self, marked(self.mark), flush=True)
+            print("LEFT BEHIND:", self, {p: commandLine(p) for p in marked(self.mark)}, flush=True)
             for process in marked(self.mark):
                 send(process, signal.SIGKILL)
             gone = None
