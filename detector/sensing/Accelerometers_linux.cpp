@@ -1,5 +1,3 @@
-#include "detector/sensing/Accelerometers.h"
-
 #include <algorithm>
 #include <cmath>
 #include <filesystem>
@@ -7,6 +5,7 @@
 #include <system_error>
 
 #include "detector/Number.h"
+#include "detector/sensing/Accelerometers.h"
 #include "detector/sensing/SystemFiles.h"
 #include "platform/Text.h"
 
