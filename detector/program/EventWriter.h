@@ -2,10 +2,27 @@
 // for the reader: what a full pipe does not take is kept and sent when there is room. One thread.
 #pragma once
 
+#include <poll.h>
+
 #include <string>
 #include <string_view>
 
 namespace bonkora::detector {
+
+// To be asked of poll() for an output: then it tells, as POLLERR or POLLHUP, that the reader has
+// gone. Linux tells that unasked; macOS does not watch a descriptor of which nothing is asked.
+inline constexpr short readerGoes = POLLHUP;
+
+// What poll() told of an output: whether its reader has gone.
+constexpr bool readerHasGone(short told) {
+    return (told & (POLLERR | POLLHUP)) != 0;
+}
+
+// Whether it cannot be polled at all, such as /dev/null on macOS. It has no reader to lose then,
+// and always takes what is written.
+constexpr bool cannotBePolled(short told) {
+    return (told & POLLNVAL) != 0;
+}
 
 class EventWriter {
   public:

@@ -56,11 +56,11 @@ int Listener::run() {
 
 Listener::Wake Listener::wait(int timeoutMs) {
     for (;;) {
-        // poll() skips a negative descriptor, and reports POLLERR on the output without being
-        // asked: its reader has gone.
+        // poll() skips a negative descriptor.
+        const auto room = static_cast<short>(writer.hasPending() ? POLLOUT : 0);
         std::array<pollfd, 4> wakers{{
             {settings.signalDescriptor, POLLIN, 0},
-            {settings.outputDescriptor, static_cast<short>(writer.hasPending() ? POLLOUT : 0), 0},
+            {settings.outputDescriptor, static_cast<short>(readerGoes | room), 0},
             {inputIsOpen ? settings.inputDescriptor : -1, POLLIN, 0},
             {sensor ? sensor->descriptor() : -1, POLLIN, 0},
         }};
@@ -72,12 +72,15 @@ Listener::Wake Listener::wait(int timeoutMs) {
             return Wake::timeout;
         }
         const auto& [signals, output, commands, readings] = wakers;
-        if (count > 0 && (signals.revents != 0 || (output.revents & (POLLERR | POLLHUP)) != 0 ||
+        if (count > 0 && (signals.revents != 0 || readerHasGone(output.revents) ||
                           (commands.revents != 0 && asksToQuit()))) {
             return Wake::ending;
         }
         if (count > 0 && readings.revents != 0) {
             return Wake::sensor;
+        }
+        if (cannotBePolled(output.revents)) {
+            settings.outputDescriptor = -1;
         }
         writer.flush();
     }

@@ -68,8 +68,16 @@ std::unique_ptr<Voice> openVoice(const Voice::Settings& settings, int standardEr
 void endInTime(int signalDescriptor) {
     std::thread{[signalDescriptor] {
         constexpr std::chrono::milliseconds graceful{80};
-        std::array<pollfd, 2> reasons{{{signalDescriptor, POLLIN, 0}, {STDOUT_FILENO, 0, 0}}};
-        while (::poll(reasons.data(), reasons.size(), -1) < 0 && errno == EINTR) {
+        std::array<pollfd, 2> reasons{
+            {{signalDescriptor, POLLIN, 0}, {STDOUT_FILENO, readerGoes, 0}}};
+        const auto& [signals, output] = reasons;
+        while (signals.revents == 0 && !readerHasGone(output.revents)) {
+            if (::poll(reasons.data(), reasons.size(), -1) < 0 && errno != EINTR) {
+                break;
+            }
+            if (cannotBePolled(output.revents)) {
+                reasons[1].fd = -1;
+            }
         }
         std::this_thread::sleep_for(graceful);
         ::_exit(0);

@@ -219,6 +219,14 @@ TEST_F(ListenerTest, endsWhenItsReaderHasGone) {
     EXPECT_EQ(listen(once(endless)), 0);
 }
 
+TEST_F(ListenerTest, anOutputThatCannotBePolledIsLeftAlone) {
+    platform::Pipe unpolled = *platform::Pipe::make();
+    settings.outputDescriptor = unpolled.fileHandleForWriting.get();
+    unpolled.fileHandleForWriting.reset();  // as /dev/null on macOS
+    EXPECT_EQ(listen(once({{secondWithKnock(), {}}})), 0);
+    EXPECT_THAT(printed(), HasSubstr("slap"));
+}
+
 TEST_F(ListenerTest, quitOnStandardInputEndsItAndItsEndDoesNot) {
     auto input = *platform::Pipe::make();
     settings.inputDescriptor = input.fileHandleForReading.get();
