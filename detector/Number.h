@@ -2,11 +2,9 @@
 #pragma once
 
 #include <charconv>
-#include <cmath>
 #include <optional>
 #include <string_view>
 #include <system_error>
-#include <type_traits>
 
 namespace bonkora::detector {
 
@@ -19,12 +17,11 @@ std::optional<Number> parseNumber(std::string_view text) {
     if (result.ec != std::errc{} || result.ptr != end) {
         return std::nullopt;
     }
-    if constexpr (std::is_floating_point_v<Number>) {
-        if (!std::isfinite(number)) {
-            return std::nullopt;
-        }
-    }
     return number;
 }
+
+// The C++ library of macOS knows from_chars() for whole numbers only.
+template <>
+std::optional<double> parseNumber<double>(std::string_view text);
 
 }  // namespace bonkora::detector

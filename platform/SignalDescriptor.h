@@ -1,6 +1,7 @@
-// SignalDescriptor: some of this process's signals, to be polled for and read like any other input
-// (Linux only). They stay blocked until the process ends: a program started from here must unblock
-// them. Made on the main thread before any other exists, since each inherits what is blocked.
+// SignalDescriptor: some of this process's signals, to be polled for and read like any other input,
+// until the process ends. On Linux they are blocked: a program started from here must unblock them,
+// and it is made on the main thread before any other exists, since each inherits what is blocked.
+// On macOS they are caught, for the one that was made last.
 #pragma once
 
 #include <initializer_list>

@@ -1,79 +1,46 @@
 #include "detector/program/Requester.h"
 
 #include <grp.h>
-#include <pwd.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cstdlib>
-#include <limits>
-
-#include "detector/Number.h"
-#include "platform/Text.h"
 
 namespace bonkora::detector {
 
 namespace {
 
-// Root's rights are gone when the real, effective and saved user and group are the new ones and
-// setting them back fails.
+// The systems differ in the type of a group's number here.
+template <typename Group>
+bool join(int (&initGroups)(const char*, Group), const Requester& requester) {
+    return initGroups(requester.name.c_str(), static_cast<Group>(requester.group)) == 0;
+}
+
+// Root's rights are gone when nothing brings them back: seteuid() and setegid() succeed as long as
+// the real or the saved user or group is still root's.
 bool rootIsGone(const Requester& requester) {
-    uid_t realUser = 0;
-    uid_t effectiveUser = 0;
-    uid_t savedUser = 0;
-    gid_t realGroup = 0;
-    gid_t effectiveGroup = 0;
-    gid_t savedGroup = 0;
-    if (::getresuid(&realUser, &effectiveUser, &savedUser) != 0 ||
-        ::getresgid(&realGroup, &effectiveGroup, &savedGroup) != 0) {
-        return false;
-    }
-    return realUser == requester.user && effectiveUser == requester.user &&
-           savedUser == requester.user && realGroup == requester.group &&
-           effectiveGroup == requester.group && savedGroup == requester.group && ::setuid(0) != 0 &&
-           ::setgid(0) != 0;
+    return ::getuid() == requester.user && ::geteuid() == requester.user &&
+           ::getgid() == requester.group && ::getegid() == requester.group && ::setuid(0) != 0 &&
+           ::seteuid(0) != 0 && ::setgid(0) != 0 && ::setegid(0) != 0;
 }
 
 void enterSession(const Requester& requester) {
     ::setenv("HOME", requester.home.c_str(), 1);
     ::setenv("USER", requester.name.c_str(), 1);
     ::setenv("LOGNAME", requester.name.c_str(), 1);
-    const std::string folder = "/run/user/" + platform::decimal(requester.user);
-    struct stat status {};
-    if (::stat(folder.c_str(), &status) == 0 && status.st_uid == requester.user) {
-        ::setenv("XDG_RUNTIME_DIR", folder.c_str(), 1);
-    } else {
+    if (requester.runtimeFolder.empty()) {
         ::unsetenv("XDG_RUNTIME_DIR");
+    } else {
+        ::setenv("XDG_RUNTIME_DIR", requester.runtimeFolder.c_str(), 1);
     }
 }
 
 }  // namespace
 
-platform::Result<std::optional<Requester>> findRequester() {
-    const char* const text = std::getenv("PKEXEC_UID");
-    if (::geteuid() != 0 || text == nullptr) {
-        return std::nullopt;
-    }
-    // The highest number stands for "no user" with the system.
-    const auto user = parseNumber<uid_t>(text);
-    if (!user || *user == std::numeric_limits<uid_t>::max()) {
-        return platform::Failed{"PKEXEC_UID is no user's number"};
-    }
-    if (*user == 0) {
-        return std::nullopt;
-    }
-    const passwd* const entry = ::getpwuid(*user);
-    if (entry == nullptr) {
-        return platform::Failed{"PKEXEC_UID names an unknown user"};
-    }
-    return Requester{*user, entry->pw_gid, entry->pw_name, entry->pw_dir};
-}
-
+// The groups first, while root may still change them; the user last. Each sets the real, the
+// effective and the saved one, because it is root who asks.
 bool become(const Requester& requester) {
-    if (::initgroups(requester.name.c_str(), requester.group) != 0 ||
-        ::setresgid(requester.group, requester.group, requester.group) != 0 ||
-        ::setresuid(requester.user, requester.user, requester.user) != 0 ||
-        !rootIsGone(requester)) {
+    if (!join(::initgroups, requester) || ::setgid(requester.group) != 0 ||
+        ::setuid(requester.user) != 0 || !rootIsGone(requester)) {
         return false;
     }
     enterSession(requester);

@@ -1,14 +1,14 @@
 #include "detector/sensing/Microphone.h"
 
 #include <SDL.h>
-#include <sys/eventfd.h>
 
 #include <cmath>
+#include <memory>
 #include <mutex>
 #include <utility>
 
 #include "detector/SdlSystem.h"
-#include "platform/Descriptor.h"
+#include "platform/WakePipe.h"
 
 namespace bonkora::detector {
 
@@ -20,9 +20,9 @@ constexpr Uint16 chunkSize = 320;  // samples: 6.7 ms; shorter ones cost more pr
 // Buffers samples from SDL's audio thread until read().
 class SampleBuffer {
   public:
-    explicit SampleBuffer(platform::UniqueDescriptor theEvent) : event(std::move(theEvent)) {}
+    explicit SampleBuffer(std::unique_ptr<platform::WakePipe> theWake) : wake(std::move(theWake)) {}
 
-    int descriptor() const { return event.get(); }
+    int descriptor() const { return wake->descriptor(); }
 
     static void receive(void* self, Uint8* bytes, int size) {
         auto* const samples = reinterpret_cast<const float*>(bytes);
@@ -31,8 +31,7 @@ class SampleBuffer {
     }
 
     void take(std::vector<float>& samples) {
-        eventfd_t count = 0;
-        static_cast<void>(::eventfd_read(event.get(), &count));
+        wake->clear();
         samples.clear();
         const std::lock_guard lock{mutex};
         std::swap(samples, heard);
@@ -48,10 +47,10 @@ class SampleBuffer {
             }
             heard.insert(heard.end(), samples, samples + count);
         }
-        static_cast<void>(::eventfd_write(event.get(), 1));
+        wake->set();
     }
 
-    const platform::UniqueDescriptor event;
+    const std::unique_ptr<platform::WakePipe> wake;
     std::mutex mutex;
     std::vector<float> heard;
 };
@@ -119,11 +118,11 @@ OpenedSensor openMicrophone(const std::string& device) {
     if (SDL_GetNumAudioDevices(1) == 0) {
         return platform::Failed{"none is there"};
     }
-    platform::UniqueDescriptor event{::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)};
-    if (!event) {
+    auto wake = platform::WakePipe::make();
+    if (!wake) {
         return platform::Failed{"the system has no descriptor to give"};
     }
-    auto buffer = std::make_unique<SampleBuffer>(std::move(event));
+    auto buffer = std::make_unique<SampleBuffer>(std::move(wake));
     SDL_AudioSpec wanted{};
     wanted.freq = sampleRate;
     wanted.format = AUDIO_F32SYS;

@@ -1,65 +1,36 @@
 #include "detector/sensing/Ticker.h"
 
-#include <sys/eventfd.h>
-#include <sys/timerfd.h>
-#include <unistd.h>
-
 #include <utility>
 
-#include "platform/Descriptor.h"
+#include "platform/WakePipe.h"
 
 namespace bonkora::detector {
 
 namespace {
 
-class RealTicker final : public Ticker {
-  public:
-    explicit RealTicker(platform::UniqueDescriptor theTimer) : timer(std::move(theTimer)) {}
-
-    int descriptor() const override { return timer.get(); }
-
-    std::uint64_t take() override {
-        std::uint64_t expirations = 0;
-        const auto count = ::read(timer.get(), &expirations, sizeof expirations);
-        return count == static_cast<ssize_t>(sizeof expirations) ? expirations : 0;
-    }
-
-  private:
-    const platform::UniqueDescriptor timer;
-};
-
 class EagerTicker final : public Ticker {
   public:
-    EagerTicker(platform::UniqueDescriptor theEvent, std::uint64_t thePeriods)
-        : event(std::move(theEvent)), periods(thePeriods) {}
+    EagerTicker(std::unique_ptr<platform::WakePipe> theWake, std::uint64_t thePeriods)
+        : wake(std::move(theWake)), periods(thePeriods) {
+        wake->set();  // and never cleared
+    }
 
-    int descriptor() const override { return event.get(); }
+    int descriptor() const override { return wake->descriptor(); }
     std::uint64_t take() override { return periods; }
 
   private:
-    const platform::UniqueDescriptor event;  // set, and never read
+    const std::unique_ptr<platform::WakePipe> wake;
     const std::uint64_t periods;
 };
 
 }  // namespace
 
-std::unique_ptr<Ticker> Ticker::every(std::chrono::nanoseconds period) {
-    platform::UniqueDescriptor timer{::timerfd_create(CLOCK_MONOTONIC, TFD_CLOEXEC | TFD_NONBLOCK)};
-    constexpr std::int64_t second = 1'000'000'000;
-    const timespec step{period.count() / second, period.count() % second};
-    const itimerspec setting{step, step};
-    if (!timer || ::timerfd_settime(timer.get(), 0, &setting, nullptr) != 0) {
-        return nullptr;
-    }
-    return std::make_unique<RealTicker>(std::move(timer));
-}
-
 std::unique_ptr<Ticker> Ticker::always(std::uint64_t periods) {
-    platform::UniqueDescriptor event{::eventfd(1, EFD_CLOEXEC | EFD_NONBLOCK)};
-    if (!event) {
+    auto wake = platform::WakePipe::make();
+    if (!wake) {
         return nullptr;
     }
-    return std::make_unique<EagerTicker>(std::move(event), periods);
+    return std::make_unique<EagerTicker>(std::move(wake), periods);
 }
 
 }  // namespace bonkora::detector

@@ -49,6 +49,16 @@ TEST_F(RequesterTest, becomingAUserLeavesNoWayBack) {
         testing::ExitedWithCode(0), "");
 }
 
+TEST_F(RequesterTest, aRuntimeFolderThatIsNotTheUsersIsForgotten) {
+    EXPECT_EXIT(
+        {
+            ::setenv("XDG_RUNTIME_DIR", "/run/user/0", 1);
+            const bool became = become({65534, 65534, "nobody", "/nonexistent", ""});
+            std::_Exit(became && ::getenv("XDG_RUNTIME_DIR") == nullptr ? 0 : 1);
+        },
+        testing::ExitedWithCode(0), "");
+}
+
 }  // namespace
 
 }  // namespace bonkora::detector
