@@ -14,12 +14,13 @@ function(bonkora_target name)
     endif()
 endfunction()
 
-# What is shipped is hard to take over: it runs in part as root. Sanitizers have checks of their own.
-option(BONKORA_HARDENING "Harden the programs against attacks (the package and preset install do)" OFF)
+# What is started is hard to take over: it runs in part as root. Sanitizers have checks of their own, and
+# a debugger's build has no use for it.
+option(BONKORA_HARDENING "Harden the programs against attacks" ON)
 include(CheckCXXCompilerFlag)
 check_cxx_compiler_flag(-fcf-protection=full BONKORA_HAS_CF_PROTECTION)    # x86 only
 function(bonkora_harden name)
-    if(NOT BONKORA_HARDENING OR APPLE OR BONKORA_SANITIZE)
+    if(NOT BONKORA_HARDENING OR APPLE OR BONKORA_SANITIZE OR CMAKE_BUILD_TYPE STREQUAL "Debug")
         return()
     endif()
     target_compile_options(${name} PRIVATE -fstack-protector-strong -fstack-clash-protection

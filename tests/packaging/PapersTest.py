@@ -72,6 +72,18 @@ class Papers(unittest.TestCase):
         for package in named - forTests - taken:
             self.assertRegex(control, rf"[ ,]{re.escape(package)}[ ,]", package)
 
+    def testTheOtherDistributionsPapersNameTheirPackages(self):
+        forTests = {"gtest", "gtest-devel", "gmock-devel", "simdjson", "simdjson-devel"}
+        taken = {"gcc", "pkgconf"}    # every Arch builder has these
+        for names, paper in (("arch", "arch/PKGBUILD"), ("fedora", "rpm/bonkora.rpmspec")):
+            listed = {line.split()[0] for line in
+                      (ROOT / "scripts/packages" / names).read_text().splitlines()
+                      if not line.startswith("#")}
+            text = (ROOT / "packaging" / paper).read_text()
+            missing = {name for name in listed - forTests - taken
+                       if not re.search(rf"(?<![\w-]){re.escape(name)}(?![\w-])", text)}
+            self.assertEqual(missing, set(), paper)
+
     def testTheOtherDistributionsPapersNameTheSameVersion(self):
         for file, line in (("arch/PKGBUILD", f"pkgver={VERSION}"),
                            ("rpm/bonkora.rpmspec", f"Version:        {VERSION}")):
