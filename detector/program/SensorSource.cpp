@@ -53,7 +53,7 @@ OpenedSensor chooseAccelerometer(
     const SensorChoice& choice,
     // NOLINTNEXTLINE(performance-unnecessary-value-param): the chosen sensor is moved out of it
     std::vector<OpenedAccelerometer> opened) {
-    std::string reason = "none is there";
+    std::string reason{whyNoAccelerometer};
     for (auto& [files, sensor] : opened) {
         if (!choice.device.empty() && choice.device != files.name && choice.device != files.id) {
             continue;

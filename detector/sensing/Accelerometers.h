@@ -1,4 +1,4 @@
-// Accelerometers: finding and opening the ones that this computer has. One thread.
+// Accelerometers: finding and opening the ones that this computer has; on macOS none. One thread.
 //
 // Two families of system files are known: industrial I/O (bus/iio/devices) and the position files
 // of older laptops (devices/platform). Opening sets an industrial I/O device to its fastest rate
@@ -9,6 +9,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "detector/sensing/Sensor.h"
@@ -29,6 +30,9 @@ struct SystemRoots {
     std::string sysfs = "/sys";
     std::string devices = "/dev";
 };
+
+// Said where none is found.
+extern const std::string_view whyNoAccelerometer;
 
 // All that are there: industrial I/O first, those in the base before those in the lid, in the order
 // of their numbers.

@@ -92,6 +92,8 @@ void tryRates(const std::string& path, HeldSettings& settings) {
 
 }  // namespace
 
+const std::string_view whyNoAccelerometer = "none is there";
+
 std::vector<AccelerometerFiles> findAccelerometers(const SystemRoots& roots) {
     std::vector<AccelerometerFiles> found;
     addIndustrialIo(roots, found);

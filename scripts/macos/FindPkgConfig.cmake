@@ -1,0 +1,11 @@
+# Knows one library only.
+include(${CMAKE_CURRENT_LIST_DIR}/Libraries.cmake)
+function(pkg_check_modules prefix)
+    if(NOT prefix STREQUAL "sndfile")
+        message(FATAL_ERROR "scripts/macos/FindPkgConfig.cmake does not know ${prefix}")
+    endif()
+    stub_library(sndfile sndfile @rpath/libsndfile.1.dylib)
+    headers_alone(headers sndfile.h)
+    imported_library(PkgConfig::sndfile ${headers} sndfile)
+endfunction()
+set(PkgConfig_FOUND TRUE)
