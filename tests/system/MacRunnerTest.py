@@ -2,38 +2,27 @@
 runner of that system."""
 
 import os
-import pathlib
 import shutil
 import signal
-import subprocess
-import tempfile
 import unittest
 
 import claims
 import desktop
+from road import BUNDLE, RoadCase
 
-BUNDLE = pathlib.Path(os.environ["BONKORA_BUNDLE"])
 STAND_IN = desktop.ROOT / "tests" / "support" / "mac-runner"
-KNOCKS = 3
 
 
 @unittest.skipIf(os.path.exists("/usr/bin/osascript"), "this system has a runner of its own")
-class MacRunner(unittest.TestCase):
-    def setUp(self):
-        self.folder = pathlib.Path(self.enterContext(tempfile.TemporaryDirectory()))
-        self.bundle = self.folder / "Bonkora.app"
-        shutil.copytree(BUNDLE, self.bundle, symlinks=True)
-        self.helpers = self.bundle / "Contents" / "Helpers"
+class MacRunner(RoadCase):
+    KNOCKS = 3
+
+    def bundleIn(self, folder):
+        bundle = folder / "Bonkora.app"
+        shutil.copytree(BUNDLE, bundle, symlinks=True)
+        self.helpers = bundle / "Contents" / "Helpers"
         shutil.copy(STAND_IN, self.helpers / "osascript")
-        recording = self.folder / "knocks.wav"
-        subprocess.run([desktop.ROOT / "scripts" / "make-recording", "--count", str(KNOCKS),
-                        "--lead", "1", "--gap", "1", "--tail", "120", recording], check=True)
-        settings = pathlib.Path(os.environ["XDG_CONFIG_HOME"], "Bonkora", "spank.conf")
-        settings.parent.mkdir(exist_ok=True)
-        settings.write_text(f"sensor = file:{recording}\n")
-        self.app = self.enterContext(desktop.Application(
-            self.bundle, self.folder / "console", self.folder / "errors"))
-        self.app.openPanel()
+        return bundle
 
     def detectors(self):
         spank = str(self.bundle / "Contents/Resources/spank")
@@ -41,8 +30,7 @@ class MacRunner(unittest.TestCase):
                 if words[:1] == [spank] and state != "Z"]
 
     def start(self):
-        self.app.press("push button", "Start")
-        self.app.find("push button", "Stop")
+        self.pressStart()
         return desktop.waitFor(self.detectors, "a detector")[0]
 
     def waitForStatus(self, text):
@@ -53,14 +41,14 @@ class MacRunner(unittest.TestCase):
         # the number of knocks in it, it counts once.
         detector = self.start()
         withheld = self.helpers / "withheld"
-        desktop.waitFor(lambda: withheld.read_text().count('"slap"') == KNOCKS, "every knock", 60)
+        desktop.waitFor(lambda: withheld.read_text().count('"slap"') == self.KNOCKS, "every knock", 60)
         self.assertIn("0", self.app.labels())
         self.assertFalse([line for line in self.app.lines() if line.startswith("📋 spank: ")])
         os.kill(detector, signal.SIGTERM)
         self.app.waitForLine("⏹ Spank process ended with code: 0")
         console = self.app.console.read_bytes().decode()    # lines() would take these for line ends
         told, = [line for line in console.split("\n") if line.startswith("📋 spank: ")]
-        self.assertEqual(told.count('"slap"'), KNOCKS)
+        self.assertEqual(told.count('"slap"'), self.KNOCKS)
         self.waitForStatus("Stopped")
         desktop.waitFor(lambda: "1" in self.app.labels(), "the count in the panel")
 

@@ -4,17 +4,13 @@ The detector plays a recording of real knocks through its "file:" sensor.
 """
 
 import os
-import pathlib
 import signal
-import subprocess
-import tempfile
 import time
 import unittest
 
 import desktop
+from road import BUNDLE, RoadCase
 
-BUNDLE = pathlib.Path(os.environ["BONKORA_BUNDLE"])
-KNOCKS = 5
 GONE = 0.5    # seconds after which nothing of the runner may live any more
 SLACK = 1.0   # what a busy machine may add
 
@@ -25,24 +21,11 @@ def ours():
             if state != "Z" and any(str(BUNDLE) in word for word in words)}
 
 
-class RoadOfASlap(unittest.TestCase):
-    def setUp(self):
-        self.folder = pathlib.Path(self.enterContext(tempfile.TemporaryDirectory()))
-        recording = self.folder / "knocks.wav"
-        subprocess.run([desktop.ROOT / "scripts" / "make-recording", "--count", str(KNOCKS),
-                        "--lead", "1", "--gap", "1", "--tail", "120", recording], check=True)
-        settings = pathlib.Path(os.environ["XDG_CONFIG_HOME"], "Bonkora", "spank.conf")
-        settings.parent.mkdir(exist_ok=True)
-        settings.write_text(f"sensor = file:{recording}\n")
-        self.app = self.enterContext(desktop.Application(
-            BUNDLE, self.folder / "console", self.folder / "errors"))
-        self.app.openPanel()
-
+class RoadOfASlap(RoadCase):
     def start(self):
         """Presses Start and returns how many console lines there were before."""
         before = len(self.app.lines())
-        self.app.press("push button", "Start")
-        self.app.find("push button", "Stop")
+        self.pressStart()
         self.app.waitForLine("✅ Spank ready", after=before)
         return before
 
@@ -68,10 +51,10 @@ class RoadOfASlap(unittest.TestCase):
             "-e", f'do shell script "\\"{BUNDLE}/Contents/Resources/spank\\" \\"--stdio\\" '
             '\\"--cooldown\\" \\"750\\" \\"--min-amplitude\\" \\"0.050\\" \\"--volume-scaling\\"" '
             'with administrator privileges'])
-        self.app.waitForLine(f"👋 Slap #{counted + KNOCKS} ", after=before)
+        self.app.waitForLine(f"👋 Slap #{counted + self.KNOCKS} ", after=before)
         slaps = [line for line in self.app.lines()[before:] if line.startswith("👋")]
-        self.assertEqual(len(slaps), KNOCKS)
-        desktop.waitFor(lambda: str(counted + KNOCKS) in self.app.labels(), "the count in the panel")
+        self.assertEqual(len(slaps), self.KNOCKS)
+        desktop.waitFor(lambda: str(counted + self.KNOCKS) in self.app.labels(), "the count in the panel")
         amplitude = float(slaps[-1].partition("amplitude: ")[2].rstrip(")"))
         self.app.find("label", f"{amplitude:.4f}")
         self.app.find("label", "Listening for slaps...")
@@ -83,7 +66,7 @@ class RoadOfASlap(unittest.TestCase):
         self.assertEqual(desktop.zombies(self.app.pid), [])
 
         self.start()
-        self.app.waitForLine(f"👋 Slap #{counted + KNOCKS + 1} ")
+        self.app.waitForLine(f"👋 Slap #{counted + self.KNOCKS + 1} ")
         self.assertEqual(self.app.end(signal.SIGTERM), 0)
         desktop.waitFor(lambda: not ours(), "no process of ours any more", GONE + SLACK)
         self.assertNotIn("⏹ Spank stopped", self.app.lines()[-2:])
@@ -119,22 +102,22 @@ class RoadOfASlap(unittest.TestCase):
         before = self.start()
         self.app.click()
         self.app.waitUntilGone("push button", "Quit")
-        self.app.waitForLine(f"👋 Slap #{KNOCKS} ", after=before)
+        self.app.waitForLine(f"👋 Slap #{self.KNOCKS} ", after=before)
         self.app.openPanel()
-        self.assertIn(str(KNOCKS), self.app.labels())
+        self.assertIn(str(self.KNOCKS), self.app.labels())
 
     def testKnocksWhileTheApplicationIsSuspendedAreCountedWhenItGoesOn(self):
         before = self.start()
         self.app.waitForLine("👋 Slap #1 ", after=before)
         os.kill(self.app.pid, signal.SIGSTOP)
-        time.sleep(KNOCKS + SLACK)
+        time.sleep(self.KNOCKS + SLACK)
         suspended = self.app.lines()[before:]
-        self.assertLess(sum(line.startswith("👋") for line in suspended), KNOCKS)
+        self.assertLess(sum(line.startswith("👋") for line in suspended), self.KNOCKS)
         os.kill(self.app.pid, signal.SIGCONT)
-        self.app.waitForLine(f"👋 Slap #{KNOCKS} ", SLACK, after=before)
+        self.app.waitForLine(f"👋 Slap #{self.KNOCKS} ", SLACK, after=before)
         numbers = [line.split()[2] for line in self.app.lines()[before:] if line.startswith("👋")]
-        self.assertEqual(numbers, [f"#{n}" for n in range(1, KNOCKS + 1)])
-        desktop.waitFor(lambda: str(KNOCKS) in self.app.labels(), "the count in the panel")
+        self.assertEqual(numbers, [f"#{n}" for n in range(1, self.KNOCKS + 1)])
+        desktop.waitFor(lambda: str(self.KNOCKS) in self.app.labels(), "the count in the panel")
         self.app.click()
         self.app.waitUntilGone("push button", "Quit")
         time.sleep(GONE)
