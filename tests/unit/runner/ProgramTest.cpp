@@ -191,6 +191,20 @@ TEST(RunnerProgram, worksWithItsStandardStreamsClosed) {
     EXPECT_EQ(readFile(folder / "file"), std::to_string(::getuid()) + "\n");
 }
 
+TEST(RunnerProgram, doesNotWaitForOthersWhoHoldTheErrorOutput) {
+    const TemporaryFolder folder;
+    const std::string gate = folder / "gate";
+    ASSERT_EQ(::mkfifo(gate.c_str(), 0600), 0);
+    RunnerUnderTest runner(
+        {"-e", scriptFor(sayNumber + "read line <" + gate + "; echo boom >&2; exit 4")});
+    const std::string output = "/proc/" + std::to_string(runner.readProcess()) + "/fd/2";
+    const platform::UniqueDescriptor holder(::open(output.c_str(), O_WRONLY | O_CLOEXEC));
+    ASSERT_TRUE(holder);
+    std::ofstream(gate) << "\n";
+    EXPECT_EQ(runner.waitForStatus(std::chrono::seconds(10)), 1);
+    EXPECT_THAT(runner.readErrors(), EndsWith("boom (4)\n"));
+}
+
 TEST(RunnerProgram, saysThatTheElevatedSideIsMissing) {
     TemporaryFolder folder;
     std::filesystem::copy(BONKORA_HELPERS "/osascript", folder / "osascript");
