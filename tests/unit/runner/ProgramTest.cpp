@@ -280,16 +280,17 @@ TEST(RunnerProgram, givesTheCommandTheKernelsOwnLimitsAsFarAsItMay) {
         return limit == none ? std::string("unlimited") : std::to_string(limit);
     };
     const std::string limits = resultOfCommand("tr -s ' ' </proc/self/limits").output;
-    for (const auto& [resource, name, soft, hard] : usual) {
+    for (const auto& limit : usual) {
         rlimit own{};
-        ::getrlimit(resource, &own);
-        const auto line = [&, resourceName = std::string(name)](rlim_t highest) {
-            return "\n" + resourceName + ' ' + text(std::min(soft, highest)) + ' ' + text(highest) +
-                   ' ';
+        ::getrlimit(limit.resource, &own);
+        const auto line = [&](rlim_t highest) {
+            return '\n' + std::string(limit.name) + ' ' + text(std::min(limit.soft, highest)) +
+                   ' ' + text(highest) + ' ';
         };
         // Only the machine's own root may raise the upper limit.
-        EXPECT_THAT(limits, testing::AnyOf(testing::HasSubstr(line(hard)),
-                                           testing::HasSubstr(line(std::min(hard, own.rlim_max)))));
+        EXPECT_THAT(limits,
+                    testing::AnyOf(testing::HasSubstr(line(limit.hard)),
+                                   testing::HasSubstr(line(std::min(limit.hard, own.rlim_max)))));
     }
 }
 
