@@ -177,7 +177,7 @@ class Clone(unittest.TestCase):
         for folder in (self.folder.parent, self.folder):
             folder.chmod(0o777)
         return run(self.folder / "test", *options, env={"PATH": f"{self.folder}/bin:/usr/bin:/bin"},
-                   stdin=subprocess.DEVNULL, **more)
+                   **{"stdin": subprocess.DEVNULL, **more})
 
     def testWhatWasSkippedIsListedAndHasNotPassed(self):
         done = self.runTestWithStandIns()
@@ -193,6 +193,13 @@ class Clone(unittest.TestCase):
         self.assertEqual(done.returncode, 0, done.stdout + done.stderr)
         self.assertIn("2 of 2 tests passed", done.stdout)
         self.assertIn("skipped: 0.", done.stdout)
+
+    @unittest.skipUnless(os.getuid() == 0, "only root can become a plain user")
+    def testATerminalOfAnotherUsersServesAsWell(self):
+        with tempfile.TemporaryFile() as terminal:    # as after su: open, and root's alone
+            done = self.runTestWithStandIns(user="nobody", group="nogroup", extra_groups=[],
+                                            stdin=terminal)
+        self.assertEqual(done.returncode, 0, done.stdout + done.stderr)
 
     def testAllBuildsAheadWithIdleTimeAndAgainWhatFailed(self):
         (self.folder / "slow").touch()
