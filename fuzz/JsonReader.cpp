@@ -33,6 +33,16 @@ std::ptrdiff_t openings(const std::string& text) {
     return std::count_if(text.begin(), text.end(), [](char c) { return c == '[' || c == '{'; });
 }
 
+// Nineteen digits may be past 64 bits.
+bool mayHoldALongInteger(const std::string& text) {
+    const auto isDigit = [](char c) { return c >= '0' && c <= '9'; };
+    int digits = 0;
+    return std::any_of(text.begin(), text.end(), [&](char c) {
+        digits = isDigit(c) ? digits + 1 : 0;
+        return digits >= 19;
+    });
+}
+
 void check(const std::string& text) {
     static simdjson::dom::parser parser;
     const auto ours = platform::readJsonObject(text);
@@ -40,8 +50,8 @@ void check(const std::string& text) {
     const auto error = parser.parse(text).get(theirs);
 
     // They refuse integers past 64 bits and a byte-order mark, and read deeper than ours.
-    if (error == simdjson::NUMBER_ERROR || openings(text) > 512 ||
-        text.compare(0, 3, "\xEF\xBB\xBF") == 0) {
+    if (error == simdjson::NUMBER_ERROR || (error && mayHoldALongInteger(text)) ||
+        openings(text) > 512 || text.compare(0, 3, "\xEF\xBB\xBF") == 0) {
         return;
     }
     require(ours.has_value() == (!error && theirs.is_object()),

@@ -28,7 +28,7 @@ class Reader {
                            : qFromLittleEndian<Number>(bytes.constData());
     }
     QByteArray text(qsizetype length) {
-        const QByteArray text = take(length);
+        QByteArray text = take(length);
         take((4 - length % 4) % 4);
         return text;
     }
@@ -37,7 +37,7 @@ class Reader {
             whole = false;
             return {};
         }
-        const QByteArray taken = rest.left(length);
+        QByteArray taken = rest.left(length);
         rest.remove(0, length);
         return taken;
     }
