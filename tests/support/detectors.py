@@ -52,6 +52,16 @@ class DetectorCase(unittest.TestCase):
         self.environment = {"PATH": "/usr/bin:/bin", "HOME": str(self.folder),
                             "XDG_CONFIG_HOME": str(self.folder), "SDL_AUDIODRIVER": "dummy"}
 
+    def use_files_for_sound(self, heard=None):
+        """What the microphone hears comes from the file, or is silence without end; what is played goes
+        into one. Regular files or pipes: SDL 3 opens nothing else."""
+        if heard is None:
+            heard = self.folder / "silence.raw"
+            with open(heard, "wb") as file:
+                file.truncate(1 << 34)    # of holes: it takes no room
+        self.environment.update(SDL_AUDIODRIVER="disk", SDL_DISKAUDIOFILEIN=str(heard),
+                                SDL_DISKAUDIOFILE=str(self.folder / "played.raw"))
+
     def run_spank(self, *arguments, **more):
         return subprocess.run([SPANK, *map(str, arguments)], env=self.environment, timeout=60,
                               stdin=subprocess.DEVNULL, capture_output=True, text=True, **more)

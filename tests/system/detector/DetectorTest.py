@@ -130,9 +130,8 @@ class DetectorTest(DetectorCase):
     def test_the_microphone_hears(self):
         samples = array.array("f", signal_with([(1, 0.5), (2.5, 0.3)], 4))
         (self.folder / "in.raw").write_bytes(samples.tobytes())
-        self.environment.update(SDL_AUDIODRIVER="disk", SDL_DISKAUDIODELAY="5",
-                                SDL_DISKAUDIOFILEIN=str(self.folder / "in.raw"),
-                                SDL_DISKAUDIOFILE="/dev/null")
+        self.use_files_for_sound(self.folder / "in.raw")
+        self.environment["SDL_DISKAUDIODELAY"] = "5"
         process = self.start("--sensor", "microphone")
         self.assertEqual(self.event(process)["sensor"], "microphone")
         self.assertEqual(self.event(process)["type"], "slap")
@@ -335,15 +334,11 @@ class DetectorTest(DetectorCase):
         with wave.open(str(own / "silence.wav"), "wb") as file:
             file.setparams((1, 1, 4000, 0, "NONE", ""))
             file.writeframes(bytes([128]) * 4000 * 3600)
-        self.environment["SDL_DISKAUDIOFILEIN"] = "/dev/zero"
-        process = self.start_on_disk("--sensor", "microphone", "--custom", own)
+        self.use_files_for_sound()
+        process = self.start("--sensor", "microphone", "--custom", own)
         self.assertEqual(self.event(process)["type"], "ready")
         time.sleep(1.5)
         self.assertLess(self.resident(process), 100 * 1024 * 1024)
-
-    def start_on_disk(self, *arguments):
-        self.environment.update(SDL_AUDIODRIVER="disk", SDL_DISKAUDIOFILE="/dev/null")
-        return self.start(*arguments)
 
     def test_it_ends_soon_after_sigterm_at_any_moment_of_its_start(self):
         own = self.folder / "many"
@@ -353,13 +348,13 @@ class DetectorTest(DetectorCase):
         with wave.open(str(own / "0.wav"), "wb") as file:
             file.setparams((1, 1, 4000, 0, "NONE", ""))
             file.writeframes(bytes([128]) * 4000 * 3600)
-        self.environment["SDL_DISKAUDIOFILEIN"] = "/dev/zero"
+        self.use_files_for_sound()
         for delay in (0.03, 0.06, 0.1, 0.2, 0.4, 0.8):
             times = []
             # A tenth of a second, and a little for the clock. A busy machine may add to one try, or
             # to several, but what takes longer by itself takes it every time.
             while min(times, default=math.inf) > 0.15 and len(times) < 5:
-                process = self.start_on_disk("--sensor", "microphone", "--custom", own)
+                process = self.start("--sensor", "microphone", "--custom", own)
                 time.sleep(delay)
                 begin = time.monotonic()
                 process.terminate()
@@ -379,8 +374,9 @@ class DetectorTest(DetectorCase):
         node = self.folder / "microphone"
         device = self.pipe_for_device(node)
         self.configure("mute = yes\n")
-        self.environment.update(SDL_DISKAUDIODELAY="0", SDL_DISKAUDIOFILEIN=str(node))
-        process = self.start_on_disk("--sensor", "microphone")
+        self.use_files_for_sound(node)
+        self.environment["SDL_DISKAUDIODELAY"] = "0"
+        process = self.start("--sensor", "microphone")
         self.assertEqual(self.event(process)["type"], "ready")
         for odd in (math.nan, math.inf, -math.inf):
             samples = array.array("f", signal_with([(0.5, 0.5)], 0.8))
@@ -391,8 +387,7 @@ class DetectorTest(DetectorCase):
     # Cost
 
     def test_listening_sleeps_between_the_pieces(self):
-        self.environment.update(SDL_AUDIODRIVER="disk", SDL_DISKAUDIOFILEIN="/dev/zero",
-                                SDL_DISKAUDIOFILE="/dev/null")
+        self.use_files_for_sound()
         process = self.start("--sensor", "microphone")
         self.assertEqual(self.event(process)["type"], "ready")
         time.sleep(0.5)

@@ -73,9 +73,14 @@ class Agent(dbus.service.Object):
         elif self.answer == "refuse":
             done()
         elif self.answer == "allow":
-            # What the dialog's helper says, as root, once the password was right.
-            self.authority.AuthenticationAgentResponse2(
-                dbus.UInt32(0), cookie, identities[0], reply_handler=done, error_handler=failed)
+            # What the dialog's helper says, as root, once the password was right. The number is that
+            # of the agent's user: for newer polkits whoever it was registered for.
+            def respond(user, otherwise):
+                self.authority.AuthenticationAgentResponse2(
+                    dbus.UInt32(user), cookie, identities[0], reply_handler=done,
+                    error_handler=otherwise)
+
+            respond(0, lambda _: respond(NOBODY, failed))
 
     @dbus.service.method(AUTHORITY + ".AuthenticationAgent", in_signature="s")
     def CancelAuthentication(self, cookie):
