@@ -2,7 +2,7 @@
 
 namespace bonkora::detector {
 
-// Those of Macs answer only to interfaces that Apple does not describe.
+// Those of Macs answer only to interfaces that are described nowhere.
 const std::string_view whyNoAccelerometer = "those of Macs are not read";
 
 std::vector<AccelerometerFiles> findAccelerometers(const SystemRoots& /*roots*/) {
