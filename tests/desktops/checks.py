@@ -4,7 +4,6 @@ no to one claim, from the pixels of the screen and the accessibility bus. One th
 import contextlib
 import os
 import pathlib
-import subprocess
 import time
 
 import desktop
@@ -12,6 +11,7 @@ import picture
 from desktop import Missed, check, waitFor
 from picture import Box
 
+MODES = ("Pain", "Sexy", "Halo", "Custom")
 BUNDLE = os.environ["BONKORA_BUNDLE"]
 PANEL = (340, 520)
 NEAR = 8             # pixels between bar and panel, at most
@@ -373,39 +373,3 @@ class Trial:
     def sees(self, place):
         lit = picture.part(self.screen.take(), place)[..., :3].astype(int)
         return lit.max() - lit.min() > 60
-
-
-MODES = ("Pain", "Sexy", "Halo", "Custom")
-AT_SCALE_1 = ["appears", "told", "opens", "near", "over", "whole", "keyboard", "pointer", "unlisted", "escape",
-              "desk", "second", "menu", "raised", "dark", "crossing", "window", "back", "ends"]
-AT_SCALE_2 = ["appears", "opens", "near", "over", "whole", "crisp"]
-NEEDED = {"appears": "item", "opens": "opened"}
-
-
-def tryAll(host, folder, only=()):
-    """Tries every claim in the host's session, or `only` some. Returns check -> (yes, remark)."""
-    trial, answers = Trial(host, folder), {}
-    names = AT_SCALE_1 if host.scale == 1 else AT_SCALE_2
-    trial.park()
-    trial.bare = trial.rest = host.waitForBar()
-    trial.keep("bare")
-    for name in (name for name in names if not only or name in only):
-        claim = getattr(Trial, name).__doc__
-        try:
-            remark, isTrue = getattr(trial, name)(), True
-        except (Missed, subprocess.SubprocessError, desktop.GLib.Error) as problem:
-            remark, isTrue = str(problem), False
-            with contextlib.suppress(subprocess.SubprocessError):
-                trial.keep(f"no-{name}")
-        answers[name] = isTrue, remark or ""
-        reason = host.limits.get(name) or host.faults.get(name)
-        word = ("yes" if isTrue else "no, the host's limit" if name in host.limits
-                else "no, a known fault" if name in host.faults else "NO")
-        print(f"{host.name:14} x{host.scale} {word:3}  {claim}"
-              + (f" ({remark})" if remark else "") + (f": {reason}" if reason and not isTrue else ""),
-              flush=True)
-        if name in NEEDED and getattr(trial, NEEDED[name]) is None:
-            break
-    if trial.app:
-        trial.app.__exit__()
-    return answers

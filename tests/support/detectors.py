@@ -45,6 +45,9 @@ def write_wav(path, samples):
         file.writeframes(array.array("h", steps).tobytes())
 
 
+COUNTED = ("slap", "hit", "playing")    # letters that an application counts in plain lines
+
+
 class DetectorCase(unittest.TestCase):
     def setUp(self):
         self.folder = pathlib.Path(tempfile.mkdtemp(prefix="bonkora-detector-"))

@@ -3,7 +3,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/resource.h>
-#include <sys/socket.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -13,7 +12,6 @@
 #include <fstream>
 
 #include "tests/support/TemporaryFolder.h"
-#include "tests/unit/runner/ProcessWatch.h"
 #include "tests/unit/runner/RunnerUnderTest.h"
 
 namespace bonkora::test {
@@ -21,22 +19,6 @@ namespace {
 
 using testing::EndsWith;
 using testing::StartsWith;
-
-struct Result {
-    int status = 0;
-    std::string output;
-    std::string errors;
-};
-
-Result resultOf(const std::vector<std::string>& arguments,
-                const RunnerUnderTest::Settings& settings = {}) {
-    RunnerUnderTest runner(arguments, settings);
-    Result result;
-    result.output = runner.readRest();
-    result.errors = runner.readErrors();
-    result.status = runner.waitForStatus();
-    return result;
-}
 
 Result resultOfCommand(std::string_view command, const RunnerUnderTest::Settings& settings = {}) {
     return resultOf({"-e", scriptFor(command)}, settings);
@@ -332,78 +314,6 @@ TEST(RunnerProgram, runsTheCommandInTheRootFolderWhereItsOwnIsGone) {
         ::rmdir(gone.c_str());
     };
     EXPECT_EQ(resultOfCommand("pwd -P", settings).output, "/\n");
-}
-
-// What the elevated side says when it is asked directly, past the runner that would not have.
-Result resultOfElevatedSide(const std::string& command, const std::string& folder) {
-    RunnerUnderTest::Settings settings;
-    settings.beforeExec = [&] {
-        int ends[2];
-        (void)!::socketpair(AF_UNIX, SOCK_STREAM, 0, ends);
-        ::dup2(ends[0], STDIN_FILENO);
-        ::execl(BONKORA_HELPERS "/bonkora-elevated", "bonkora-elevated", command.c_str(),
-                folder.c_str(), nullptr);
-    };
-    return resultOf({}, settings);
-}
-
-TEST(ElevatedProgram, runsWhatThePromptCanShow) {
-    const Result result = resultOfElevatedSide("echo 'good                '; pwd -P", "/usr");
-    EXPECT_EQ(result.status, 0);
-    EXPECT_EQ(result.output, "good                \n/usr\n");
-}
-
-TEST(ElevatedProgram, refusesWhatAPromptCannotShowBeforeAnythingRuns) {
-    const std::vector<std::pair<std::string, std::string>> refused{
-        {"echo bad # \xFF", "bytes that are not UTF-8"},
-        {"echo bad\t", "the control character U+0009"},
-        {"echo bad \x1B[8m", "the control character U+001B"},
-        {"echo bad \u200B", "the invisible character U+200B"},
-        {"echo                  bad", "more than sixteen blanks in a row"},
-    };
-    const TemporaryFolder folder;
-    for (const auto& [text, why] : refused) {
-        const Result command = resultOfElevatedSide(text, "/");
-        EXPECT_EQ(command.status, 1);
-        EXPECT_EQ(command.output, "");
-        EXPECT_EQ(command.errors, "The command was refused: it holds " + why + ".\n");
-        const Result place = resultOfElevatedSide("echo bad", folder.makeFolder(text));
-        EXPECT_EQ(place.output, "");
-        EXPECT_EQ(place.errors, "The command's folder was refused: it holds " + why + ".\n");
-    }
-}
-
-TEST(ElevatedProgram, refusesAFolderThatIsNotTheOneShown) {
-    const TemporaryFolder folder;
-    const std::string real = std::filesystem::canonical(folder.makeFolder("real"));
-    std::filesystem::create_symlink("real", folder / "link");
-    const std::string file = folder.write("file", "");
-    const std::vector<std::pair<std::string, std::string>> refused{
-        {"usr", "is not an absolute path"},
-        {"", "is not an absolute path"},
-        {real + "/gone", "cannot be entered"},
-        {file, "cannot be entered"},
-        {folder / "link", "leads to another folder"},
-        {real + "/../real", "leads to another folder"},
-        {real + "/", "leads to another folder"},
-    };
-    for (const auto& [path, why] : refused) {
-        const Result result = resultOfElevatedSide("echo bad", path);
-        EXPECT_EQ(result.status, 1);
-        EXPECT_EQ(result.output, "");
-        EXPECT_EQ(result.errors, "The command's folder was refused: it " + why + ".\n") << path;
-    }
-}
-
-TEST(ElevatedProgram, refusesToRunByHand) {
-    RunnerUnderTest::Settings settings;
-    settings.beforeExec = [] {
-        ::execl(BONKORA_HELPERS "/bonkora-elevated", "bonkora-elevated", "echo bad", "/", nullptr);
-    };
-    const Result result = resultOf({}, settings);
-    EXPECT_EQ(result.status, 2);
-    EXPECT_EQ(result.output, "");
-    EXPECT_EQ(result.errors, "bonkora-elevated is started by osascript alone.\n");
 }
 
 }  // namespace

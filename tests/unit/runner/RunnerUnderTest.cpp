@@ -120,6 +120,16 @@ pid_t RunnerUnderTest::elevatedSide() const {
     return elevated;
 }
 
+Result resultOf(const std::vector<std::string>& arguments,
+                const RunnerUnderTest::Settings& settings) {
+    RunnerUnderTest runner(arguments, settings);
+    Result result;
+    result.output = runner.readRest();
+    result.errors = runner.readErrors();
+    result.status = runner.waitForStatus();
+    return result;
+}
+
 void becomePlainUser() {
     constexpr uid_t nobody = 65534;
     if (::geteuid() == 0 &&

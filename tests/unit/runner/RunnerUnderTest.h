@@ -61,6 +61,15 @@ class RunnerUnderTest {
     std::string unread;
 };
 
+// What becomes of a runner that nobody disturbs.
+struct Result {
+    int status = 0;
+    std::string output;
+    std::string errors;
+};
+Result resultOf(const std::vector<std::string>& arguments,
+                const RunnerUnderTest::Settings& settings = {});
+
 // Gives up the rights of root for good, where the test has them; in beforeExec.
 void becomePlainUser();
 
