@@ -175,6 +175,7 @@ class StatusNotifierPanel(unittest.TestCase):
             time.sleep(SETTLE)
             desktop.xdotool("mousemove", "300", "300", "key", "Escape")
             self.app.waitUntilGone("push button", "Quit")
+            time.sleep(SETTLE)    # as long as a person would take
             self.startAgain()
             self.assertEqual(self.app.panelBox(), place)
             self.assertIn(x, range(place[0], place[0] + place[2]))
