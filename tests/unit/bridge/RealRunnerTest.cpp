@@ -29,7 +29,8 @@ class RealRunner : public testing::Test {
         wrapper->start();
     }
     bool until(const std::function<bool()>& holds) const { return system.time->runUntil(holds); }
-    // Nothing is dealt with meanwhile: what waits for the main thread grows to its bound.
+    // Nothing is dealt with meanwhile: what waits for the main thread grows to its bound. In real
+    // time, since that another process writes no more is told by no event and by no queue of ours.
     void untilItHasToWait() const {
         const auto deadline = std::chrono::steady_clock::now() + 10s;
         std::size_t before = 0;
