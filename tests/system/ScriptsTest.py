@@ -2,6 +2,7 @@
 
 import os
 import pathlib
+import pty
 import re
 import shutil
 import signal
@@ -160,7 +161,12 @@ class Clone(unittest.TestCase):
             echo "$* $(chrt --pid 0 | head -n 1)" >>builds
             case $* in *--build*asan*) mkdir failed 2>/dev/null && exit 1; exit 0 ;; esac
             """,
-                    "bin/sudo": 'shift; root=yes exec "$@"', "bin/ctest": """
+                    # Asks for the password once, if it is to: until then -n is refused.
+                    "bin/sudo": """
+            case $1 in
+                -v) rm -f asks; exit ;;
+                -n) [ ! -e asks ] || exit 1; shift; root=yes exec "$@" ;;
+            esac""", "bin/ctest": """
             for word; do case $before in --output-junit) file=$word ;; esac; before=$word; done
             case "$root $*" in
                 yes*) echo '<testcase name="late" status="run"/>' ;;
@@ -193,6 +199,24 @@ class Clone(unittest.TestCase):
         self.assertEqual(done.returncode, 0, done.stdout + done.stderr)
         self.assertIn("2 of 2 tests passed", done.stdout)
         self.assertIn("skipped: 0.", done.stdout)
+
+    @unittest.skipUnless(os.getuid() == 0, "only root can become a plain user")
+    def testWhoSitsAtATerminalIsAskedForThePasswordThatNobodyTypedYet(self):
+        (self.folder / "asks").touch()
+        ends = pty.openpty()
+        for end in ends:
+            self.addCleanup(os.close, end)
+        done = self.runTestWithStandIns(user="nobody", group="nogroup", extra_groups=[],
+                                        stdin=ends[1])
+        self.assertIn("sudo asks for your password", done.stdout)
+        self.assertIn("2 of 2 tests passed", done.stdout)
+
+    @unittest.skipUnless(os.getuid() == 0, "only root can become a plain user")
+    def testWithoutATerminalNobodyIsAsked(self):
+        (self.folder / "asks").touch()
+        done = self.runTestWithStandIns(user="nobody", group="nogroup", extra_groups=[])
+        self.assertNotIn("password", done.stdout)
+        self.assertIn("not passed:\n  late: only root can\n", done.stdout)
 
     @unittest.skipUnless(os.getuid() == 0, "only root can become a plain user")
     def testATerminalOfAnotherUsersServesAsWell(self):
