@@ -111,6 +111,11 @@ void Listener::open() {
     if (!opened) {
         complain();
         lose("no sensor: " + opened.error());
+        // A sound server that went may be why. Newer SDLs find the next one only once nothing of
+        // them is in use, and an answer's device would go on playing to the one that has gone.
+        if (voice != nullptr && !voice->isSounding()) {
+            voice->letGo();
+        }
         return;
     }
     sensor = *std::move(opened);

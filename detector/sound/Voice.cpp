@@ -47,9 +47,10 @@ class Mixer {
     const std::unique_ptr<SdlSystem> system;
 };
 
-class MixedVoice final : public Voice {
+// The voice of one sound device.
+class MixedVoice {
   public:
-    MixedVoice(std::unique_ptr<Mixer> theMixer, const Settings& theSettings)
+    MixedVoice(std::unique_ptr<Mixer> theMixer, const Voice::Settings& theSettings)
         : mixer(std::move(theMixer)), settings(theSettings) {
         const auto seed = std::random_device{}();
         const bool isCustom = settings.set == SoundSet::custom;
@@ -65,9 +66,9 @@ class MixedVoice final : public Voice {
     }
     MixedVoice(const MixedVoice&) = delete;
     MixedVoice& operator=(const MixedVoice&) = delete;
-    ~MixedVoice() override { Mix_HaltChannel(-1); }
+    ~MixedVoice() { Mix_HaltChannel(-1); }
 
-    void answer(double amplitude, SensorKind kind, double time) override {
+    void answer(double amplitude, SensorKind kind, double time) {
         dropCustomIfEmpty();
         Sound sound = custom ? custom->take(time) : nullptr;
         if (!sound) {
@@ -90,9 +91,9 @@ class MixedVoice final : public Voice {
         sounding.at(static_cast<std::size_t>(channel)) = std::move(sound);
     }
 
-    bool isSounding() const override { return Mix_Playing(-1) > 0; }
+    static bool isSounding() { return Mix_Playing(-1) > 0; }
 
-    std::optional<std::string> takeComplaint() override {
+    std::optional<std::string> takeComplaint() {
         dropCustomIfEmpty();
         return std::exchange(complaint, std::nullopt);
     }
@@ -114,7 +115,7 @@ class MixedVoice final : public Voice {
     }
 
     const std::unique_ptr<Mixer> mixer;
-    const Settings settings;
+    const Voice::Settings settings;
     std::unique_ptr<SoundShelf> builtIn;
     std::unique_ptr<SoundShelf> custom;
     // Keeps in memory what each channel plays, until the channel's next sound.
@@ -122,29 +123,36 @@ class MixedVoice final : public Voice {
     std::optional<std::string> complaint;
 };
 
-// Stands in while there is no sound device.
-class WaitingVoice final : public Voice {
+// Outlasts its sound device: a knock that finds none looks for another.
+class LastingVoice final : public Voice {
   public:
-    explicit WaitingVoice(Settings theSettings) : settings(std::move(theSettings)) {}
+    LastingVoice(Settings theSettings, std::unique_ptr<MixedVoice> theVoice)
+        : settings(std::move(theSettings)), voice(std::move(theVoice)) {}
 
     void answer(double amplitude, SensorKind kind, double time) override {
         constexpr double pause = 5.0;  // s; looking for a device takes a while
         if (!voice && time >= nextLook) {
             nextLook = time + pause;
-            voice = Voice::open(settings).value_or(nullptr);
+            if (auto mixer = Mixer::open()) {
+                voice = std::make_unique<MixedVoice>(std::move(mixer), settings);
+            }
         }
         if (voice) {
             voice->answer(amplitude, kind, time);
         }
     }
-    bool isSounding() const override { return voice && voice->isSounding(); }
+    bool isSounding() const override { return voice && MixedVoice::isSounding(); }
     std::optional<std::string> takeComplaint() override {
         return voice ? voice->takeComplaint() : std::nullopt;
+    }
+    void letGo() override {
+        voice.reset();
+        nextLook = 0.0;
     }
 
   private:
     const Settings settings;
-    std::unique_ptr<Voice> voice;
+    std::unique_ptr<MixedVoice> voice;
     double nextLook = 0.0;  // s of the signal
 };
 
@@ -170,11 +178,12 @@ platform::Result<std::unique_ptr<Voice>> Voice::open(const Settings& settings) {
     if (!mixer) {
         return platform::Failed{"there is no sound device; counting goes on without sound"};
     }
-    return std::make_unique<MixedVoice>(std::move(mixer), settings);
+    return std::make_unique<LastingVoice>(settings,
+                                          std::make_unique<MixedVoice>(std::move(mixer), settings));
 }
 
 std::unique_ptr<Voice> Voice::waiting(const Settings& settings) {
-    return std::make_unique<WaitingVoice>(settings);
+    return std::make_unique<LastingVoice>(settings, nullptr);
 }
 
 }  // namespace bonkora::detector

@@ -34,6 +34,8 @@ class Voice {
     virtual bool isSounding() const = 0;
     // What went wrong since the last call, for people.
     virtual std::optional<std::string> takeComplaint() = 0;
+    // Closes the sound device; the next answer opens it anew.
+    virtual void letGo() = 0;
 
     struct Settings {
         SoundSet set = SoundSet::pain;

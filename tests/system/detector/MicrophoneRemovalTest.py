@@ -45,6 +45,8 @@ class MicrophoneRemovalTest(DetectorCase):
 
     def assert_listens(self, process):
         event = self.event(process, 15)
+        while "no sensor" in event.get("message", ""):    # why not may change while it waits
+            event = self.event(process, 15)
         self.assertEqual((event["type"], event.get("sensor")), ("ready", "microphone"), event)
 
     def assert_complains(self, process, *reasons):
@@ -93,12 +95,11 @@ class MicrophoneRemovalTest(DetectorCase):
         self.control(*SOURCE)
         process = self.start("--sensor", "microphone")
         self.assert_listens(process)
+        # An SDL whose server goes in the very moment in which it begins to record does not notice.
+        while "Corked: no" not in self.control("list", "source-outputs"):
+            time.sleep(0.05)
         self.stop_server(self.server)
-        event = self.event(process)
-        if "stopped giving readings" in event["message"]:
-            self.skipTest("this SDL neither tells that its server went nor finds the next one")
-        self.assertIn("the microphone has gone", event["message"])
-        self.assert_complains(process, "no sensor")
+        self.assert_complains(process, "the microphone has gone", "no sensor")
         self.start_server()
         self.control(*SOURCE)
         self.assert_listens(process)

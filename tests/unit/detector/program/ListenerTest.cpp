@@ -56,12 +56,15 @@ class RecordedVoice final : public Voice {
     }
     bool isSounding() const override {
         whenAsked();
-        return false;
+        return sounding;
     }
+    void letGo() override { ++timesLetGo; }
     std::optional<std::string> takeComplaint() override {
         return std::exchange(complaint, std::nullopt);
     }
     std::function<void()> whenAsked = [] {};
+    bool sounding = false;
+    int timesLetGo = 0;
     std::vector<std::pair<double, double>> answers;
     std::optional<std::string> complaint;
 };
@@ -159,6 +162,23 @@ TEST_F(ListenerTest, theSignalsTimeGoesOnWhenTheSensorIsOpenedAnew) {
     ASSERT_EQ(voice.answers.size(), 3U);
     EXPECT_NEAR(voice.answers[1].second, 1.5, 0.01);
     EXPECT_NEAR(voice.answers[2].second, 2.5, 0.01);
+}
+
+TEST_F(ListenerTest, theVoiceLetsGoOfItsDeviceWhileThereIsNoSensorOnceItHasSpoken) {
+    settings.once = false;
+    settings.pause = std::chrono::milliseconds{0};
+    int opened = 0;
+    const auto open = [&]() -> OpenedSensor {
+        ++opened;
+        voice.sounding = opened < 3;
+        EXPECT_EQ(voice.timesLetGo, opened == 4 ? 1 : 0);
+        if (opened < 4) {
+            return platform::Failed{"none is there"};
+        }
+        return std::make_unique<ScriptedSensor>(std::deque<ScriptedSensor::Step>{});
+    };
+    EXPECT_EQ(listen(open), 0);
+    EXPECT_EQ(opened, 4);
 }
 
 // Has nothing to say at first, however often it is waited for.

@@ -205,6 +205,16 @@ TEST_F(VoiceTest, aSoundDeviceThatComesLaterIsFoundByAKnockButNotByEachOne) {
     EXPECT_TRUE(voice->isSounding());
 }
 
+TEST_F(VoiceTest, letsGoOfEveryPartOfSdlAndTheNextKnockSoundsAgain) {
+    const auto voice = open();
+    voice->answer(0.5, SensorKind::microphone, 1.0);
+    voice->letGo();
+    EXPECT_FALSE(voice->isSounding());
+    EXPECT_EQ(SDL_WasInit(SDL_INIT_AUDIO), 0U);
+    voice->answer(0.5, SensorKind::microphone, 2.0);
+    EXPECT_TRUE(voice->isSounding());
+}
+
 TEST_F(VoiceTest, aSoundIsCutAfterAMinuteHoweverLongItsFileIs) {
     const auto voice = open();  // the mixer with it
     synthesis::writeWav(folder / "long.wav", synthesis::Waveform(90 * synthesis::sampleRate));
