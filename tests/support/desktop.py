@@ -120,7 +120,8 @@ class Application:
     def complaints(self):
         """What it wrote on standard error; not Qt's remarks on elements that have just gone."""
         lines = self.errors.read_text(errors="replace").splitlines()
-        return [line for line in lines if "AtSpiAdaptor" not in line]
+        remarks = ("AtSpiAdaptor", "Could not find accessible on path")    # the latter from Qt 6.8 on
+        return [line for line in lines if not any(remark in line for remark in remarks)]
 
     def waitForLine(self, start, seconds=PATIENCE, after=0):
         """The number of the first console line from `after` on that begins so."""
