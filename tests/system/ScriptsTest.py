@@ -156,6 +156,7 @@ class Clone(unittest.TestCase):
             shutil.copy(ROOT / name, self.folder / name)
         programs = {"scripts/install-packages": "", "bin/chown": "", "scripts/check-format": "",
                     "scripts/check-tidy": "", "scripts/check-macos": "",
+                    "scripts/try-release": 'echo "$*" >>tried',
                     # The first build of "asan" fails.
                     "bin/cmake": """
             echo "$* $(chrt --pid 0 | head -n 1)" >>builds
@@ -229,7 +230,8 @@ class Clone(unittest.TestCase):
         (self.folder / "slow").touch()
         done = self.runTestWithStandIns("--all")
         self.assertEqual(done.returncode, 0, done.stdout + done.stderr)
-        self.assertIn("13 phases", done.stdout)
+        self.assertIn("14 phases", done.stdout)
+        self.assertRegex((self.folder / "tried").read_text(), r"\A--build (bookworm|trixie)\n\Z")
         builds = (self.folder / "builds").read_text().splitlines()
         for preset in ("asan", "tsan", "clang", "fuzz"):
             *ahead, last = (build for build in builds if f"--build --preset {preset} " in build)
