@@ -9,6 +9,7 @@ import time
 import unittest
 
 import desktop
+from gi.repository import Gio, GLib
 
 BUNDLE = pathlib.Path(os.environ["BONKORA_BUNDLE"])
 CONFIGURATION = pathlib.Path(os.environ["XDG_CONFIG_HOME"],
@@ -56,6 +57,18 @@ class Panel:
     def __exit__(self, *_):
         self.process.kill()
         self.process.wait()
+
+    def showsItems(self):
+        """Whether it has come so far as to take them."""
+        watcher = "org.kde.StatusNotifierWatcher"
+        try:
+            answer = Gio.bus_get_sync(Gio.BusType.SESSION).call_sync(
+                watcher, "/StatusNotifierWatcher", "org.freedesktop.DBus.Properties", "Get",
+                GLib.Variant("(ss)", (watcher, "IsStatusNotifierHostRegistered")), None,
+                Gio.DBusCallFlags.NO_AUTO_START, 5000, None)
+        except GLib.Error:
+            return False    # it has not come yet
+        return answer.unpack()[0]
 
     def seekItem(self):
         """The middle of the one item that it draws, or nothing."""
@@ -124,6 +137,7 @@ class StatusNotifierPanel(unittest.TestCase):
 
     def testAClickOnTheItemOpensThePanelBeneathItAndTheNextClosesIt(self):
         with Panel() as panel:
+            desktop.waitFor(panel.showsItems, "a panel that takes items")
             self.launch()
             self.assertAClickOpensThePanelBeneathTheItem(panel)
             time.sleep(SETTLE)
