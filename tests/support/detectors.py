@@ -11,6 +11,7 @@ import shutil
 import subprocess
 import sys
 import tempfile
+import time
 import unittest
 import wave
 
@@ -131,3 +132,37 @@ class DetectorCase(unittest.TestCase):
         grown = self.resident(process) - held
         print(f"({held // 1024} kB, {grown // 1024:+d} kB) ", end="", file=sys.stderr)
         self.assertLessEqual(grown, growth)
+
+
+@unittest.skipUnless(shutil.which("pulseaudio"), "pulseaudio is not installed")
+class SoundServerCase(DetectorCase):
+    """A sound server of the test's own, with a loudspeaker that leads nowhere."""
+
+    def setUp(self):
+        super().setUp()
+        self.socket = self.folder / "sound"
+        self.environment.update(SDL_AUDIODRIVER="pulseaudio", PULSE_SERVER=f"unix:{self.socket}",
+                                XDG_RUNTIME_DIR=str(self.folder))
+        self.start_server()
+
+    def start_server(self):
+        self.socket.unlink(missing_ok=True)
+        self.server = subprocess.Popen(
+            ["pulseaudio", "-n", "--daemonize=no", "--use-pid-file=no", "--exit-idle-time=-1",
+             f"--load=module-native-protocol-unix socket={self.socket} auth-anonymous=yes",
+             "--load=module-null-sink sink_name=loudspeaker"],
+            env=self.environment, stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
+            stderr=subprocess.DEVNULL)
+        self.addCleanup(self.stop_server, self.server)
+        deadline = time.monotonic() + 10
+        while not self.socket.exists() and time.monotonic() < deadline:
+            time.sleep(0.05)
+
+    def stop_server(self, server):
+        server.kill()
+        server.wait()
+
+    def control(self, *words):
+        done = subprocess.run(["pactl", *words], env=self.environment, timeout=10, check=True,
+                              capture_output=True, text=True)
+        return done.stdout.strip()

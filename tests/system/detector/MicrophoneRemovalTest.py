@@ -1,48 +1,14 @@
 """A microphone that goes while the detector listens, at a sound server of the test's own."""
 
-import shutil
 import signal
-import subprocess
-import time
-import unittest
 
 import claims
-from detectors import DetectorCase
+from detectors import SoundServerCase
 
 SOURCE = ("load-module", "module-null-source", "source_name=microphone", "description=Microphone")
 
 
-@unittest.skipUnless(shutil.which("pulseaudio"), "pulseaudio is not installed")
-class MicrophoneRemovalTest(DetectorCase):
-    def setUp(self):
-        super().setUp()
-        self.socket = self.folder / "sound"
-        self.environment.update(SDL_AUDIODRIVER="pulseaudio", PULSE_SERVER=f"unix:{self.socket}",
-                                XDG_RUNTIME_DIR=str(self.folder))
-        self.start_server()
-
-    def start_server(self):
-        self.socket.unlink(missing_ok=True)
-        self.server = subprocess.Popen(
-            ["pulseaudio", "-n", "--daemonize=no", "--use-pid-file=no", "--exit-idle-time=-1",
-             f"--load=module-native-protocol-unix socket={self.socket} auth-anonymous=yes",
-             "--load=module-null-sink sink_name=loudspeaker"],
-            env=self.environment, stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
-            stderr=subprocess.DEVNULL)
-        self.addCleanup(self.stop_server, self.server)
-        deadline = time.monotonic() + 10
-        while not self.socket.exists() and time.monotonic() < deadline:
-            time.sleep(0.05)
-
-    def stop_server(self, server):
-        server.kill()
-        server.wait()
-
-    def control(self, *words):
-        done = subprocess.run(["pactl", *words], env=self.environment, timeout=10, check=True,
-                              capture_output=True, text=True)
-        return done.stdout.strip()
-
+class MicrophoneRemovalTest(SoundServerCase):
     def assert_listens(self, process):
         event = self.event(process, 15)
         while "no sensor" in event.get("message", ""):    # why not may change while it waits
