@@ -2,6 +2,7 @@
 
 #include <SDL.h>
 
+#include <algorithm>
 #include <cmath>
 #include <memory>
 #include <mutex>
@@ -16,6 +17,11 @@ namespace {
 
 constexpr int sampleRate = 48000;  // samples a second
 constexpr Uint16 chunkSize = 320;  // samples: 6.7 ms; shorter ones cost more processor
+
+// What is softer can hold no knock: the reader is woken for it only when some has gathered.
+constexpr float stirring = 0.004F;                 // of full scale
+constexpr int piecesAfter = 4;                     // of what stirred, for the judgement
+constexpr std::size_t gathered = sampleRate / 20;  // samples
 
 // Buffers samples from SDL's audio thread until read().
 class SampleBuffer {
@@ -39,6 +45,10 @@ class SampleBuffer {
 
   private:
     void keep(const float* samples, std::size_t count) {
+        const bool stirs = std::any_of(samples, samples + count,
+                                       [](float sample) { return std::abs(sample) > stirring; });
+        awake = stirs ? piecesAfter + 1 : std::max(0, awake - 1);
+        bool isDue = awake > 0;
         {
             const std::lock_guard lock{mutex};
             // More than a second is left unread only while the program is stopped: begin anew.
@@ -46,13 +56,17 @@ class SampleBuffer {
                 heard.clear();
             }
             heard.insert(heard.end(), samples, samples + count);
+            isDue = isDue || heard.size() >= gathered;
         }
-        wake->set();
+        if (isDue) {
+            wake->set();
+        }
     }
 
     const std::unique_ptr<platform::WakePipe> wake;
     std::mutex mutex;
     std::vector<float> heard;
+    int awake = 0;  // pieces for which to wake the reader at once
 };
 
 class Microphone final : public Sensor {

@@ -225,6 +225,19 @@ class DetectorTest(DetectorCase):
 
     # Cost
 
+    def test_in_silence_it_looks_twenty_times_a_second(self):
+        self.use_files_for_sound()
+        process = self.start("--sensor", "microphone")
+        self.assertEqual(self.event(process)["type"], "ready")
+        status = pathlib.Path(f"/proc/{process.pid}/task/{process.pid}/status")
+
+        def waits():
+            return int(status.read_text().partition("\nvoluntary_ctxt_switches:")[2].split()[0])
+
+        before, begin = waits(), time.monotonic()
+        time.sleep(3)
+        self.assertLess((waits() - before) / (time.monotonic() - begin), 40)
+
     def test_listening_sleeps_between_the_pieces(self):
         self.use_files_for_sound()
         process = self.start("--sensor", "microphone")
