@@ -53,7 +53,7 @@ Bands::Bands(double rate, double blockSeconds)
 void Bands::split(float sample) {
     // The tiny offset keeps the states away from the slow numbers near 0 in utter silence.
     constexpr float tiny = 1e-12F;
-    Lanes value;
+    Levels value;
     value.fill(sample);
     for (Stage& stage : stages) {
         for (std::size_t i = 0; i < lanes; ++i) {
@@ -72,7 +72,7 @@ void Bands::split(float sample) {
 
 void Bands::endBlock() {
     newest = (newest + 1) % history.size();
-    Lanes& block = history[newest];  // still the oldest
+    Levels& block = history[newest];  // still the oldest
     for (std::size_t i = 0; i < averages; ++i) {
         for (std::size_t band = 0; band < lanes; ++band) {
             slow[i][band] += steps[i] * (block[band] - slow[i][band]);

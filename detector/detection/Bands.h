@@ -17,6 +17,8 @@ class Bands {
     static constexpr std::size_t averages = 3;
     static constexpr std::size_t featureCount = (frames + averages) * count;
     using Features = std::array<float, featureCount>;
+    static constexpr std::size_t lanes = 12;  // a few idle ones: whole vectors are quicker
+    using Levels = std::array<float, lanes>;  // the mean square in each band
 
     // `rate` in Hz; `blockSeconds`: between two calls of endBlock().
     Bands(double rate, double blockSeconds);
@@ -37,11 +39,12 @@ class Bands {
     // The effective value of about the last second before these 60 ms, all bands together.
     double loudness() const;
 
+    // Of the block that ended last.
+    const Levels& newestBlock() const { return history[newest]; }
+
   private:
-    static constexpr std::size_t lanes = 12;  // a few idle ones: whole vectors are quicker
-    using Lanes = std::array<float, lanes>;
     struct Stage {
-        Lanes b0{}, b1{}, b2{}, a1{}, a2{}, state1{}, state2{};
+        Levels b0{}, b1{}, b2{}, a1{}, a2{}, state1{}, state2{};
     };
 
     void split(float sample);
@@ -51,12 +54,12 @@ class Bands {
     std::array<Stage, 2> stages;   // high-passes, then low-passes
     std::size_t waiting = 0;
     std::size_t samples = 0;  // in this block
-    Lanes energy{};           // sum of squares of this block
+    Levels energy{};          // sum of squares of this block
 
-    std::vector<Lanes> history;  // a ring of blocks' mean squares, the newest at `newest`
+    std::vector<Levels> history;  // a ring of blocks' mean squares, the newest at `newest`
     std::size_t newest = 0;
     std::array<float, averages> steps{};
-    std::array<Lanes, averages> slow{};  // means of what lay before the history
+    std::array<Levels, averages> slow{};  // means of what lay before the history
 };
 
 }  // namespace bonkora::detector

@@ -50,6 +50,7 @@ KnockDetector::KnockDetector(SensorKind theKind, double theRate, const Sensitivi
     highPass.fill(Filter::highPass(tuning.highPass, rate));
     if (kind == SensorKind::microphone) {
         bands.emplace(rate, static_cast<double>(blockSize) / rate);
+        echo.emplace(static_cast<double>(blockSize) / rate);
     }
     history.resize(windowBlocks + riseBlocks + lookBackBlocks + 1);
 }
@@ -69,6 +70,12 @@ void KnockDetector::process(std::span<const Frame> frames, std::vector<Knock>& k
         if (++blockFrames == blockSize) {
             endBlock(knocks);
         }
+    }
+}
+
+void KnockDetector::play(const Played& played, std::size_t waiting) {
+    if (echo) {
+        echo->play(played, static_cast<double>(frameCount + waiting) / rate);
     }
 }
 
@@ -94,6 +101,7 @@ void KnockDetector::filter(const Frame& frame) {
 void KnockDetector::endBlock(std::vector<Knock>& knocks) {
     if (bands) {
         bands->endBlock();
+        echo->hear(bands->newestBlock());
     }
     block.begins = settling == 0 && beginsKnock(block);
     settling -= settling > 0 ? 1 : 0;
@@ -117,7 +125,8 @@ void KnockDetector::judge(std::vector<Knock>& knocks) {
     const double peak = peakBetween(windowBlocks, 0);
     const Knock knock{past(windowBlocks).peakFrame, frameCount - 1, peak};
     if (knock.frame < knownUntil ||
-        (bands && !isKnock({knock, bands->features(), bands->loudness()}))) {
+        (bands && (!isKnock({knock, bands->features(), bands->loudness()}) ||
+                   echo->explains(windowBlocks + riseBlocks)))) {
         return;
     }
     heldPeak = peak;

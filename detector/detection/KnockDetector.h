@@ -13,6 +13,7 @@
 
 #include "detector/Signal.h"
 #include "detector/detection/Bands.h"
+#include "detector/detection/Echo.h"
 #include "detector/detection/Filter.h"
 #include "detector/detection/Network.h"
 #include "detector/detection/Tuning.h"
@@ -51,6 +52,10 @@ class KnockDetector {
     // are the same.
     void process(std::span<const Frame> frames, std::vector<Knock>& knocks);
 
+    // What the loudspeaker was given until now; `waiting`: frames that have arrived and are not yet
+    // processed. A microphone's knocks must exceed its echo.
+    void play(const Played& played, std::size_t waiting);
+
   private:
     // A millisecond of signal, or one reading where that is longer.
     struct Block {
@@ -82,6 +87,7 @@ class KnockDetector {
     std::array<Filter, 3> highPass;
     Filter lowPass;
     std::optional<Bands> bands;  // a microphone's
+    std::optional<Echo> echo;    // likewise
     const Judge isKnock;
 
     std::uint64_t frameCount = 0;

@@ -153,6 +153,9 @@ void Listener::read() {
     if (isSilent && !frames.empty()) {
         announce();
     }
+    if (voice != nullptr && !sensor->description().isRecorded) {
+        detector->play(voice->takePlayed(), frames.size());
+    }
     detector->process(frames, knocks);
     for (const Knock& knock : knocks) {
         report(knock);

@@ -25,7 +25,7 @@ platform::Result<Recording> readRecording(const std::string& path) {
 
 RecordingSensor::RecordingSensor(Recording recording, std::string name,
                                  std::unique_ptr<Ticker> theTicker)
-    : about{recording.kind, std::move(name), recording.rate},
+    : about{recording.kind, std::move(name), recording.rate, true},
       recorded(std::move(recording.frames)),
       ticker(std::move(theTicker)) {}
 

@@ -13,8 +13,9 @@ namespace bonkora::detector {
 
 struct SensorDescription {
     SensorKind kind = SensorKind::microphone;
-    std::string name;   // for people
-    double rate = 0.0;  // readings a second
+    std::string name;         // for people
+    double rate = 0.0;        // readings a second
+    bool isRecorded = false;  // before: it hears nothing of what is played now
 };
 
 struct SensorState {

@@ -6,7 +6,9 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <mutex>
 #include <random>
+#include <span>
 #include <utility>
 
 #include "detector/SdlSystem.h"
@@ -23,15 +25,57 @@ constexpr int sampleRate = 44100;  // samples a second
 constexpr int chunkSize = 512;     // samples; the device asks for them every 11.6 ms
 constexpr int channels = 16;       // sounds at the same time
 
+// Keeps what the mixer's thread gives the loudspeaker until take().
+class PlayedBuffer {
+  public:
+    static void receive(void* self, Uint8* bytes, int size) {
+        const auto* const samples = reinterpret_cast<const Sint16*>(bytes);
+        static_cast<PlayedBuffer*>(self)->keep({samples, static_cast<std::size_t>(size) / 2U});
+    }
+
+    Played take() {
+        const std::lock_guard lock{mutex};
+        Played result{static_cast<double>(sampleRate), played.end, {}};
+        std::swap(result.samples, played.samples);
+        return result;
+    }
+
+  private:
+    // Both channels, in turn.
+    void keep(std::span<const Sint16> samples) {
+        const auto isSilent =
+            std::all_of(samples.begin(), samples.end(), [](Sint16 sample) { return sample == 0; });
+        const std::lock_guard lock{mutex};
+        // More than a second is left untaken only while the program is stopped: begin anew.
+        if (played.samples.size() > sampleRate) {
+            played.samples.clear();
+        }
+        if (!isSilent || !played.samples.empty()) {
+            for (std::size_t i = 0; i + 1 < samples.size(); i += 2) {
+                played.samples.push_back(static_cast<float>(samples[i] + samples[i + 1]) /
+                                         65536.0F);
+            }
+        }
+        played.end += samples.size() / 2;
+    }
+
+    std::mutex mutex;
+    Played played;
+};
+
 // SDL's mixer, open for as long as one of these lives.
 class Mixer {
     struct Key {};
 
   public:
-    Mixer(Key, std::unique_ptr<SdlSystem> theSystem) : system(std::move(theSystem)) {}
+    Mixer(Key, std::unique_ptr<SdlSystem> theSystem) : system(std::move(theSystem)) {
+        Mix_SetPostMix(&PlayedBuffer::receive, &played);
+    }
     Mixer(const Mixer&) = delete;
     Mixer& operator=(const Mixer&) = delete;
     ~Mixer() { Mix_CloseAudio(); }
+
+    Played takePlayed() { return played.take(); }
 
     static std::unique_ptr<Mixer> open() {
         auto sdl = SdlSystem::start();
@@ -45,6 +89,7 @@ class Mixer {
 
   private:
     const std::unique_ptr<SdlSystem> system;
+    PlayedBuffer played;
 };
 
 // The voice of one sound device.
@@ -92,6 +137,8 @@ class MixedVoice {
     }
 
     static bool isSounding() { return Mix_Playing(-1) > 0; }
+
+    Played takePlayed() { return mixer->takePlayed(); }
 
     std::optional<std::string> takeComplaint() {
         dropCustomIfEmpty();
@@ -142,6 +189,7 @@ class LastingVoice final : public Voice {
         }
     }
     bool isSounding() const override { return voice && MixedVoice::isSounding(); }
+    Played takePlayed() override { return voice ? voice->takePlayed() : Played{}; }
     std::optional<std::string> takeComplaint() override {
         return voice ? voice->takeComplaint() : std::nullopt;
     }

@@ -32,6 +32,8 @@ class Voice {
     virtual void answer(double amplitude, SensorKind kind, double time) = 0;
     // Whether a sound is still to be heard.
     virtual bool isSounding() const = 0;
+    // What the loudspeaker was given since the last call.
+    virtual Played takePlayed() = 0;
     // What went wrong since the last call, for people.
     virtual std::optional<std::string> takeComplaint() = 0;
     // Closes the sound device; the next answer opens it anew.

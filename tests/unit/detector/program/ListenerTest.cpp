@@ -58,6 +58,7 @@ class RecordedVoice final : public Voice {
         whenAsked();
         return sounding;
     }
+    Played takePlayed() override { return {}; }
     void letGo() override { ++timesLetGo; }
     std::optional<std::string> takeComplaint() override {
         return std::exchange(complaint, std::nullopt);
