@@ -25,6 +25,12 @@ def run(*words):
                           timeout=300)
 
 
+def packageSet(name):
+    """The packages that a file in scripts/packages names."""
+    lines = (ROOT / "scripts/packages" / name).read_text().splitlines()
+    return {line.split()[0] for line in lines if line and not line.startswith("#")}
+
+
 class Papers(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
@@ -64,21 +70,23 @@ class Papers(unittest.TestCase):
                 self.assertGreater(code.count("endbr64"), 20, program)
 
     def testWhatBuildingNeedsIsWhatThePackageBuildsWith(self):
-        named = {re.match(r"[a-z0-9.+-]*", line)[0] for line in
-                 (ROOT / "scripts/packages/build").read_text().splitlines()}
+        named = packageSet("build")
         forTests = {"libgtest-dev", "libgmock-dev", "libsimdjson-dev"}
-        taken = {"g++", ""}    # every Debian builder has a compiler
+        taken = {"g++"}    # every Debian builder has a compiler
         control = (ROOT / "debian/control").read_text().partition("\n\n")[0]
         for package in named - forTests - taken:
             self.assertRegex(control, rf"[ ,]{re.escape(package)}[ ,]", package)
+
+    def testTheInstalledPackagesTestNeedsWhatAVirtualDesktopNeeds(self):
+        depends = (ROOT / "debian/tests/control").read_text().partition("Depends:")[2]
+        listed = re.findall(r"[^\s,]+", depends.partition("\nRestrictions")[0])
+        self.assertEqual(set(listed), {"@"} | packageSet("desktop"))
 
     def testTheOtherDistributionsPapersNameTheirPackages(self):
         forTests = {"gtest", "gtest-devel", "gmock-devel", "simdjson", "simdjson-devel"}
         taken = {"gcc", "pkgconf"}    # every Arch builder has these
         for names, paper in (("arch", "arch/PKGBUILD"), ("fedora", "rpm/bonkora.rpmspec")):
-            listed = {line.split()[0] for line in
-                      (ROOT / "scripts/packages" / names).read_text().splitlines()
-                      if not line.startswith("#")}
+            listed = packageSet(names)
             text = (ROOT / "packaging" / paper).read_text()
             missing = {name for name in listed - forTests - taken
                        if not re.search(rf"(?<![\w-]){re.escape(name)}(?![\w-])", text)}
