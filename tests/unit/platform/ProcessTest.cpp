@@ -224,7 +224,10 @@ TEST(Process, theChildHasAGroupOfItsOwnAndDefaultSignals) {
     ::sigaddset(&blocked, SIGTERM);
     ::pthread_sigmask(SIG_BLOCK, &blocked, &before);
     const auto pipeHandler = ::signal(SIGPIPE, SIG_IGN);
-    Shell shell("echo $(awk '/^Sig(Blk|Ign)/ { print $2 }' /proc/$$/status; ps -o pgid= -p $$)");
+    // By the shell alone: newer ones block every signal for as long as they fork.
+    Shell shell(
+        "while read -r name value; do case $name in SigBlk:|SigIgn:) echo $value ;; esac; done "
+        "</proc/$$/status; ps -o pgid= -p $$");
     const auto started = shell.process->run();
     ::signal(SIGPIPE, pipeHandler);
     ::pthread_sigmask(SIG_SETMASK, &before, nullptr);
