@@ -21,6 +21,8 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr int cornerRadius = 10;
+// Some window managers (i3) make room for a title bar before they learn that there is to be none.
+constexpr int placeCorrections = 2;
 // Window managers hold the pointer for a moment around activation, and drop a grab made then.
 constexpr std::chrono::milliseconds grabTimes[] = {0ms, 60ms, 250ms};
 
@@ -75,7 +77,9 @@ void PanelWindow::open(const QRect& place) {
 
 void PanelWindow::moveTo(const QRect& place) {
     setFixedSize(place.size());
-    move(place.topLeft());
+    wantedPosition = place.topLeft();
+    correctionsLeft = panelStyle == Style::dropDown && !layer ? placeCorrections : 0;
+    move(wantedPosition);
     if (layer) {
         layer->place(place, screen()->geometry());
     }
@@ -146,6 +150,15 @@ void PanelWindow::followActivation(QEvent::Type type) {
             break;
         default:
             break;
+    }
+}
+
+void PanelWindow::moveEvent(QMoveEvent* event) {
+    QWidget::moveEvent(event);
+    if (isVisible() && pos() != wantedPosition && correctionsLeft > 0) {
+        --correctionsLeft;
+        // Not while the window system is telling of the place.
+        QTimer::singleShot(0, this, [this] { move(wantedPosition); });
     }
 }
 

@@ -40,6 +40,7 @@ class PanelWindow final : public QWidget {
     void paintEvent(QPaintEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
+    void moveEvent(QMoveEvent* event) override;
     bool event(QEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
 
@@ -50,6 +51,8 @@ class PanelWindow final : public QWidget {
     const Style panelStyle;
     const bool isBlended;
     QWidget* content;
+    QPoint wantedPosition;
+    int correctionsLeft = 0;
     std::unique_ptr<LayerSurface> layer;  // where the compositor lets a window choose its place
 };
 
