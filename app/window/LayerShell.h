@@ -21,7 +21,7 @@ bool isOffered();
 }  // namespace layerShell
 
 // One window's part in it, from before its first showing until it goes; a window that has been
-// hidden needs a new one. Beneath it lies an invisible shield over everything but the bars: a press
+// hidden needs a new one. Around it lies an invisible shield over everything but the bars: a press
 // on it is a press outside the window, whatever else lies there.
 class LayerSurface final : public QObject {
     Q_OBJECT
@@ -49,6 +49,7 @@ class LayerSurface final : public QObject {
     struct Role;
 
     void spreadShield();
+    void leaveRoomInShield(const QRect& room);
 
     QWidget& window;
     std::unique_ptr<QWidget> shield;

@@ -21,7 +21,8 @@ constexpr int configureRounds = 3;
 constexpr char nameSpace[] = "bonkora";
 
 enum Edge : std::uint32_t { top = 1, bottom = 2, left = 4, right = 8 };
-enum Layer : std::uint32_t { bottomLayer = 1, topLayer = 2, overlayLayer = 3 };
+// The bars' own menus lie above the top layer, but beneath the overlay.
+enum Layer : std::uint32_t { bottomLayer = 1, topLayer = 2 };
 enum Keyboard : std::uint32_t { none = 0, exclusive = 1 };
 
 // What the compositor offers, asked once, on a queue of its own so that nothing of Qt's is handled
@@ -154,7 +155,7 @@ bool layerShell::isOffered() {
 LayerSurface::LayerSurface(QWidget& theWindow) : window(theWindow) {
     window.setWindowFlag(Qt::BypassWindowManagerHint);
     spreadShield();
-    role = std::make_unique<Role>(*this, window, overlayLayer);
+    role = std::make_unique<Role>(*this, window, topLayer);
     qGuiApp->installEventFilter(this);
 }
 
@@ -179,6 +180,18 @@ void LayerSurface::spreadShield() {
     shield->show();
 }
 
+// Which of two surfaces in one layer lies above differs among compositors.
+void LayerSurface::leaveRoomInShield(const QRect& room) {
+    auto* const compositorObject =
+        static_cast<wl_compositor*>(native()->nativeResourceForIntegration("compositor"));
+    wl_region* const pressable = wl_compositor_create_region(compositorObject);
+    wl_region_add(pressable, 0, 0, shieldRole->size.width(), shieldRole->size.height());
+    wl_region_subtract(pressable, room.x(), room.y(), room.width(), room.height());
+    wl_surface_set_input_region(shieldRole->surface, pressable);
+    wl_region_destroy(pressable);
+    wl_surface_commit(shieldRole->surface);
+}
+
 void LayerSurface::place(const QRect& place, const QRect& screen) {
     const bool isAtTop = place.top() - screen.top() <= screen.bottom() - place.bottom();
     // Where the compositor keeps windows off the bars, the distance is from the bar, not the
@@ -187,6 +200,10 @@ void LayerSurface::place(const QRect& place, const QRect& screen) {
     const int distance = isOffBars ? gap
                          : isAtTop ? place.top() - screen.top()
                                    : screen.bottom() - place.bottom();
+    leaveRoomInShield(
+        QRect(QPoint(place.left() - screen.left(),
+                     isAtTop ? distance : shieldRole->size.height() - distance - place.height()),
+              place.size()));
     zwlr_layer_surface_v1* const placed = role->layerSurface;
     zwlr_layer_surface_v1_set_size(placed, static_cast<std::uint32_t>(place.width()),
                                    static_cast<std::uint32_t>(place.height()));
@@ -203,7 +220,7 @@ void LayerSurface::place(const QRect& place, const QRect& screen) {
 }
 
 void LayerSurface::setInFront(bool isInFront) {
-    zwlr_layer_surface_v1_set_layer(role->layerSurface, isInFront ? overlayLayer : bottomLayer);
+    zwlr_layer_surface_v1_set_layer(role->layerSurface, isInFront ? topLayer : bottomLayer);
     zwlr_layer_surface_v1_set_keyboard_interactivity(role->layerSurface,
                                                      isInFront ? exclusive : none);
     wl_surface_commit(role->surface);

@@ -22,6 +22,8 @@ void LayerSurface::setInFront(bool) {}
 
 void LayerSurface::spreadShield() {}
 
+void LayerSurface::leaveRoomInShield(const QRect&) {}
+
 bool LayerSurface::eventFilter(QObject*, QEvent*) {
     return false;
 }
