@@ -50,12 +50,10 @@ class Reader {
 
 enum Type : quint8 { integer, string, color };
 
-}  // namespace
-
-std::optional<bool> xSettings::asksForDark(const QByteArray& contents) {
+// Hands on each whole number and each text with its name.
+template <typename TakeNumber, typename TakeText>
+void readEach(const QByteArray& contents, TakeNumber takeNumber, TakeText takeText) {
     Reader reader(contents);
-    std::optional<bool> byTheme;
-    std::optional<bool> byWish;
     const auto count = reader.number<quint32>();
     for (quint32 index = 0; index < count && reader.isWhole(); ++index) {
         const auto type = reader.number<quint8>();
@@ -63,20 +61,57 @@ std::optional<bool> xSettings::asksForDark(const QByteArray& contents) {
         const QByteArray name = reader.text(reader.number<quint16>());
         reader.take(4);  // the serial number of its last change
         if (type == integer) {
-            const auto value = reader.number<quint32>();
-            if (name == "Gtk/ApplicationPreferDarkTheme" && reader.isWhole()) {
-                byWish = value != 0;
+            if (const auto value = reader.number<quint32>(); reader.isWhole()) {
+                takeNumber(name, value);
             }
         } else if (type == string) {
-            const QByteArray value = reader.text(reader.number<quint32>());
-            if (name == "Net/ThemeName" && reader.isWhole() && !value.isEmpty()) {
-                byTheme = value.toLower().contains("dark");
+            if (const QByteArray value = reader.text(reader.number<quint32>()); reader.isWhole()) {
+                takeText(name, value);
             }
         } else {
             reader.take(8);
         }
     }
+}
+
+}  // namespace
+
+std::optional<bool> xSettings::asksForDark(const QByteArray& contents) {
+    std::optional<bool> byTheme;
+    std::optional<bool> byWish;
+    readEach(
+        contents,
+        [&](const QByteArray& name, quint32 value) {
+            if (name == "Gtk/ApplicationPreferDarkTheme") {
+                byWish = value != 0;
+            }
+        },
+        [&](const QByteArray& name, const QByteArray& value) {
+            if (name == "Net/ThemeName" && !value.isEmpty()) {
+                byTheme = value.toLower().contains("dark");
+            }
+        });
     return byWish.value_or(false) ? byWish : byTheme;
+}
+
+bool xSettings::asksForButtonImages(const QByteArray& contents) {
+    bool isAsked = false;
+    readEach(
+        contents,
+        [&](const QByteArray& name, quint32 value) {
+            if (name == "Gtk/ButtonImages") {
+                isAsked = value != 0;
+            }
+        },
+        [](const QByteArray&, const QByteArray&) {});
+    return isAsked;
+}
+
+QByteArray xSettings::read() {
+    const QByteArray selection = "_XSETTINGS_S" + QByteArray::number(x11::screenNumber());
+    const xcb_window_t manager = x11::selectionOwner(x11::atom(selection.constData()));
+    return manager == XCB_WINDOW_NONE ? QByteArray()
+                                      : x11::property(manager, x11::atom("_XSETTINGS_SETTINGS"));
 }
 
 XSettingsWatch::XSettingsWatch() : manager("_XSETTINGS_S") {
@@ -85,11 +120,7 @@ XSettingsWatch::XSettingsWatch() : manager("_XSETTINGS_S") {
 }
 
 void XSettingsWatch::read() {
-    std::optional<bool> now;
-    if (manager.window() != XCB_WINDOW_NONE) {
-        now = xSettings::asksForDark(
-            x11::property(manager.window(), x11::atom("_XSETTINGS_SETTINGS")));
-    }
+    const std::optional<bool> now = xSettings::asksForDark(xSettings::read());
     if (now != dark) {
         dark = now;
         emit changed();

@@ -15,6 +15,11 @@ namespace xSettings {
 // Whether the property's contents ask for a dark look; nothing where they say nothing of it or are
 // no settings. Any thread.
 std::optional<bool> asksForDark(const QByteArray& contents);
+// Whether it asks for pictures on buttons that have a text; false where it says nothing of that.
+bool asksForButtonImages(const QByteArray& contents);
+
+// The property of now; empty without an X server or a settings manager. Main thread.
+QByteArray read();
 
 }  // namespace xSettings
 

@@ -7,6 +7,7 @@
 #include <QDBusObjectPath>
 #include <QtEndian>
 
+#include "app/desktop/XSettings.h"
 #include "app/item/LabelIcon.h"
 #include "app/item/OpenMenu.h"
 #include "app/item/StatusNotifierTypes.h"
@@ -110,8 +111,10 @@ IconPixmaps StatusNotifierAdaptor::iconPixmap() const {
 }
 
 QString StatusNotifierAdaptor::ayatanaLabel() const {
-    // MATE's panel shows the label in place of the icon, so the symbol goes into the label there.
-    const bool replacesIcon = qEnvironmentVariable("XDG_CURRENT_DESKTOP").contains("MATE");
+    // MATE's panel makes a button of the two, which drops the icon where buttons are to have none
+    // beside a text. Then the symbol goes into the label.
+    const bool replacesIcon = qEnvironmentVariable("XDG_CURRENT_DESKTOP").contains("MATE") &&
+                              !xSettings::asksForButtonImages(xSettings::read());
     return replacesIcon ? QStringLiteral("✋ ") + label.title : label.title;
 }
 

@@ -7,6 +7,7 @@
 namespace bonkora {
 namespace {
 
+using xSettings::asksForButtonImages;
 using xSettings::asksForDark;
 
 // Contents of the property, built as a settings manager would.
@@ -101,6 +102,16 @@ TEST(XSettingsTest, whateverIsCutOffIsNotReadBeyondItsEnd) {
     QByteArray endless = whole;
     endless.replace(8, 4, "\xFF\xFF\xFF\xFF");
     EXPECT_EQ(asksForDark(endless), true);
+}
+
+TEST(XSettingsTest, buttonsHaveImagesOnlyWhereThatIsSaid) {
+    EXPECT_TRUE(asksForButtonImages(
+        Settings().string("Net/ThemeName", "x").integer("Gtk/ButtonImages", 1).contents()));
+    EXPECT_FALSE(asksForButtonImages(Settings().integer("Gtk/ButtonImages", 0).contents()));
+    EXPECT_FALSE(asksForButtonImages(Settings().integer("Gtk/MenuImages", 1).contents()));
+    EXPECT_FALSE(asksForButtonImages({}));
+    const QByteArray whole = Settings().integer("Gtk/ButtonImages", 1).contents();
+    EXPECT_FALSE(asksForButtonImages(whole.chopped(1)));
 }
 
 }  // namespace
