@@ -12,10 +12,11 @@ import signal
 import subprocess
 import time
 
-from desktop import Missed, waitFor
+from desktop import Missed, check, waitFor
 from picture import Box, Screen, part
 
 PALE = "#5a6b7b"    # what every desktop is painted with
+BAR_SECONDS = 90    # for a bar to come up on a busy machine
 
 
 class Host:
@@ -29,7 +30,7 @@ class Host:
     bar = "top"
     thickness = 24          # of the bar
     items = (0.5, 1.0)      # the part of the bar's length in which items may come up
-    covers = 0.9            # the part of the bar's place that it covers, at least
+    covers = 0.8            # the part of the bar's place that it covers, at least
     window = ["xterm", "-geometry", "40x8+60+500"]    # another program's window
     scaling = True          # whether the session can be had at scale 2
     menuEntry = 20          # from the top of the item's menu to its first entry
@@ -124,12 +125,14 @@ class Host:
     def waitForBar(self):
         """Until there is something at the bar's place that the desktop is not, and nothing moves."""
         def isThere():
+            bar = self.running.get("bar")
+            check(not bar or bar.poll() is None, "the bar lives")
             picture = self.screen.take()[..., :3].astype(int)
             x, y = self.desk()
             bare = picture[y, x]
             return (abs(part(picture, self.barBox()) - bare).max(axis=2) > 12).mean() > self.covers
         try:
-            waitFor(isThere, "the bar", 180)
+            waitFor(isThere, "the bar", BAR_SECONDS, 0.5)
         except Missed:
             self.screen.save(self.runtime / "no-bar.png")
             raise
@@ -168,4 +171,4 @@ def hasProgram(name):
     return shutil.which(name) is not None
 
 
-__all__ = ["Box", "Host", "Missed", "hasProgram", "setColorScheme", "time", "waitFor", "PALE"]
+__all__ = ["Box", "Host", "Missed", "check", "hasProgram", "setColorScheme", "time", "waitFor", "PALE"]

@@ -27,7 +27,7 @@ class Missed(AssertionError):
     """Something that should have happened did not."""
 
 
-def waitFor(question, what, seconds=PATIENCE):
+def waitFor(question, what, seconds=PATIENCE, pause=POLL):
     """Asks until the answer is true, and returns it; Missed after that many seconds."""
     deadline = time.monotonic() + seconds
     while True:
@@ -36,7 +36,7 @@ def waitFor(question, what, seconds=PATIENCE):
             return answer
         if time.monotonic() > deadline:
             raise Missed(f"not within {seconds} s: {what}")
-        time.sleep(POLL)
+        time.sleep(pause)
 
 
 def check(condition, claim):

@@ -9,7 +9,7 @@ class Desktop(X11):
     name = "cinnamon"
     title = "Cinnamon 5.6"
     packages = ["cinnamon", "gnome-themes-extra", "dconf-gsettings-backend", "x11-xserver-utils",
-                "xterm"]
+                "xapp-sn-watcher", "xterm"]
     currentDesktop = "X-Cinnamon"
     bar = "bottom"
     thickness = 40
@@ -20,6 +20,8 @@ class Desktop(X11):
         self.tellBus()
         self.setDark(False)
         self.run("settings", "csd-xsettings")
+        # Both are started with a session there.
+        self.run("watcher", "/usr/libexec/xapps/sn-watcher/xapp-sn-watcher")
 
     def setDark(self, isDark):
         subprocess.run(["gsettings", "set", "org.cinnamon.desktop.interface", "gtk-theme",

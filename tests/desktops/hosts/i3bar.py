@@ -1,6 +1,9 @@
 """i3 with its own bar: an X tray that gives every item a square."""
 
+import subprocess
+
 from hosts.x11 import X11
+from session import waitFor
 
 
 class Desktop(X11):
@@ -16,7 +19,6 @@ class Desktop(X11):
 font pango:sans 8
 bar {
  position top
- tray_output primary
  i3bar_command true
  colors { background #202020 }
 }
@@ -29,4 +31,8 @@ bar {
         self.settings(**{"Net/ThemeName": '"Adwaita-dark"' if isDark else '"Adwaita"'})
 
     def startBar(self):
+        def answers():
+            return subprocess.run(["i3-msg", "-t", "get_version"], stdout=subprocess.DEVNULL,
+                                  stderr=self.log).returncode == 0
+        waitFor(answers, "i3", 30, 0.2)
         self.run("bar", "i3bar", "-b", "bar-0")

@@ -13,7 +13,6 @@ class Desktop(X11):
     bar = "bottom"
     thickness = 32
     items = (0.6, 0.97)
-    limits = {"dark": "LXQt tells its theme to programs by a Qt 5 plugin alone"}
 
     def startSession(self):
         os.environ["XDG_CONFIG_DIRS"] = "/etc:/etc/xdg:/usr/share"

@@ -12,12 +12,14 @@ class Desktop(X11):
                 "dconf-gsettings-backend", "x11-xserver-utils", "xterm"]
     currentDesktop = "MATE"
     manager = ["marco", "--no-composite"]
-    thickness = 28
+    thickness = 25
     items = (0.5, 1.0)
 
     def startSession(self):
         super().startSession()
         self.setDark(False)
+        subprocess.run(["gsettings", "set", "org.mate.font-rendering", "dpi",
+                        str(96.0 * self.scale)], check=True)
         self.run("settings", "mate-settings-daemon", "--no-daemon")
 
     def setDark(self, isDark):

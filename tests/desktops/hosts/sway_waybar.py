@@ -11,10 +11,6 @@ class Desktop(Sway):
     packages = ["sway", "swaybg", "waybar", "foot", "xwayland", "qt6-wayland", "dbus-user-session",
                 "xdg-desktop-portal", "xdg-desktop-portal-gtk"]
     thickness = 28
-    faults = {
-        "raised": "waybar showed no menu while the panel was open; why is not known yet",
-        "crossing": "the click after the checks before it did not open the panel; alone it did",
-    }
 
     def startBar(self):
         config = self.write("waybar/config", json.dumps({

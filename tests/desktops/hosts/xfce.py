@@ -14,7 +14,7 @@ class Desktop(X11):
     currentDesktop = "XFCE"
     manager = ["xfwm4"]
     thickness = 26
-    items = (0.6, 0.9)
+    items = (0.885, 0.913)    # between pager and clock
 
     def startSession(self):
         os.environ["XFCE_PANEL_MIGRATE_DEFAULT"] = "1"
