@@ -3,7 +3,7 @@ whose panel is the bar."""
 
 import subprocess
 
-from session import Host
+from session import Host, waitFor
 
 
 class Plasma(Host):
@@ -17,6 +17,14 @@ class Plasma(Host):
 
     def startServices(self):
         self.run("services", "kded5", KDE_FULL_SESSION="true")
+
+        # A whole session's start-up would ask for this.
+        def keepsWatch():
+            return subprocess.run(
+                ["gdbus", "call", "--session", "--dest", "org.kde.kded5", "--object-path", "/kded",
+                 "--method", "org.kde.kded5.loadModule", "statusnotifierwatcher"],
+                stdout=subprocess.DEVNULL, stderr=self.log).returncode == 0
+        waitFor(keepsWatch, "Plasma's service daemon", 60, 0.5)
 
     def startBar(self):
         self.run("bar", "plasmashell", KDE_FULL_SESSION="true", KDE_SESSION_VERSION="5",
