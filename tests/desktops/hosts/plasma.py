@@ -10,7 +10,7 @@ class Plasma(Host):
     currentDesktop = "KDE"
     bar = "bottom"
     thickness = 44
-    items = (0.6, 0.93)
+    items = (0.815, 0.843)    # left of the keyboard layout
     window = ["xterm", "-geometry", "40x8+60+500"]
     packages = ["plasma-workspace", "plasma-desktop", "xdg-desktop-portal", "xdg-desktop-portal-kde",
                 "breeze", "qt6-wayland", "xterm"]

@@ -11,7 +11,6 @@ class Desktop(Plasma):
     title = "Plasma 5.27, Wayland"
     packages = [*Plasma.packages, "kwin-wayland", "plasma-workspace-wayland"]
     isWayland = True
-    items = (0.815, 0.843)    # left of the keyboard layout
 
     def startSession(self):
         copy = self.runtime / "kwin_wayland"
