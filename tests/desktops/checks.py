@@ -42,6 +42,8 @@ class Trial:
     def clickItem(self, button=1):
         x, y = self.item.centre
         self.screen.click(x, y, button)
+        if button == 1 and self.host.clicks == 2:
+            self.screen.xdotool("click", button)
 
     def isOpen(self):
         return self.app.seek("push button", "Quit") is not None
@@ -139,13 +141,27 @@ class Trial:
         return "tool tip"
 
     def opens(self):
-        """a click on the item opens the panel"""
+        """the item opens the panel: by a click, or where the host wants it by a double click"""
         self.rest = self.screen.takeStill()
         self.clickItem()
         waitFor(self.isOpen, "the panel", PATIENCE)
         self.opened = self.panelBox()
         self.keep("panel")
         return str(self.opened)
+
+    def single(self):
+        """a single click is enough"""
+        if self.host.clicks == 1:
+            return None
+        self.close()
+        time.sleep(1)
+        self.screen.click(*self.item.centre)
+        try:
+            waitFor(self.isOpen, "the panel", 3)
+        finally:
+            self.screen.key("Escape")
+            time.sleep(1)
+        return None
 
     def near(self):
         """the panel is at most 8 px from the bar"""

@@ -33,6 +33,7 @@ class Host:
     covers = 0.8            # the part of the bar's place that it covers, at least
     window = ["xterm", "-geometry", "40x8+60+500"]    # another program's window
     scaling = True          # whether the session can be had at scale 2
+    clicks = 1              # that it takes to activate an item
     menuEntry = 20          # from the top of the item's menu to its first entry
     limits = {}             # checks that the host itself does not allow, with the reason
     faults = {}             # checks that our program still fails there, with what is known of it

@@ -6,7 +6,7 @@ import os
 import re
 import subprocess
 
-from session import Host, setColorScheme, waitFor
+from session import PALE, Host, setColorScheme, waitFor
 
 EXTENSION = "ubuntu-appindicators@ubuntu.com"
 
@@ -21,6 +21,9 @@ class Desktop(Host):
     isWayland = True
     thickness = 27
     items = (0.6, 1.0)
+    clicks = 2
+    limits = {"single": "the extension shows an item's menu for a click, and calls Activate for a"
+                        " double one only (its indicatorStatusIcon.js)"}
 
     def startSession(self):
         for schema, key, value in (
@@ -28,7 +31,7 @@ class Desktop(Host):
                 ("org.gnome.shell", "welcome-dialog-last-shown-version", "'99'"),
                 ("org.gnome.desktop.interface", "enable-animations", "false"),
                 ("org.gnome.desktop.background", "picture-options", "'none'"),
-                ("org.gnome.desktop.background", "primary-color", "'#5a6b7b'"),
+                ("org.gnome.desktop.background", "primary-color", f"'{PALE}'"),
                 ("org.gnome.desktop.screensaver", "lock-enabled", "false")):
             subprocess.run(["gsettings", "set", schema, key, value], check=False)
         width, height = self.screen.width, self.screen.height
@@ -46,6 +49,21 @@ class Desktop(Host):
         for authority in self.runtime.glob(".mutter-Xwaylandauth*"):
             os.environ["XAUTHORITY"] = str(authority)
         self.tellBus()
+
+    def waitForBar(self):
+        """GNOME begins with its overview, and warns of sessions of root's in a banner."""
+        super().waitForBar()
+        self.screen.key("Escape")
+
+        def isBare():
+            seen = self.screen.take()
+            x, y = self.desk()
+            below = 3 * self.thickness * self.scale
+            return all((abs(seen[row, column, 2::-1].astype(int) - colour) < 8).all()
+                       for row, column in ((y, x), (below, self.screen.width // 2)))
+        colour = [int(PALE[first:first + 2], 16) for first in (1, 3, 5)]
+        waitFor(isBare, "the bare desktop", 60, 0.5)
+        return self.screen.takeStill(1.5, 40)
 
     def stopBar(self):
         subprocess.run(["gnome-extensions", "disable", EXTENSION], check=True)
