@@ -5,6 +5,7 @@ it prints."""
 import os
 import re
 import subprocess
+import time
 
 from session import PALE, Host, setColorScheme, waitFor
 
@@ -19,7 +20,7 @@ class Desktop(Host):
                 "xterm"]
     currentDesktop = "GNOME"
     isWayland = True
-    thickness = 27
+    thickness = 32
     items = (0.6, 1.0)
     clicks = 2
     limits = {"single": "the extension shows an item's menu for a click, and calls Activate for a"
@@ -53,16 +54,17 @@ class Desktop(Host):
     def waitForBar(self):
         """GNOME begins with its overview, and warns of sessions of root's in a banner."""
         super().waitForBar()
-        self.screen.key("Escape")
+        colour = [int(PALE[first:first + 2], 16) for first in (1, 3, 5)]
 
         def isBare():
+            self.screen.key("Escape")
+            time.sleep(2)
             seen = self.screen.take()
-            x, y = self.desk()
+            x, y = self.desk()    # the pointer is there
             below = 3 * self.thickness * self.scale
             return all((abs(seen[row, column, 2::-1].astype(int) - colour) < 8).all()
-                       for row, column in ((y, x), (below, self.screen.width // 2)))
-        colour = [int(PALE[first:first + 2], 16) for first in (1, 3, 5)]
-        waitFor(isBare, "the bare desktop", 60, 0.5)
+                       for row, column in ((y + 60, x + 60), (below, self.screen.width // 2)))
+        waitFor(isBare, "the bare desktop", 60)
         return self.screen.takeStill(1.5, 40)
 
     def stopBar(self):
