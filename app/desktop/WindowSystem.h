@@ -22,6 +22,8 @@ bool isCompositing();
 
 // Whether a window can take the pointer for itself, to learn of presses outside it.
 bool canGrabPointer();
+// Whether it then learns of all of them, also where nothing of the X server's is.
+bool isGrabWhole();
 
 // Where the pointer is, on the screen; nothing where the window system tells it only while it is
 // over a window of ours, as Wayland does, also to programs of the X server that runs on it.

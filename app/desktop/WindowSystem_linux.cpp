@@ -81,9 +81,12 @@ bool canGrabPointer() {
     return x11::connection() != nullptr;
 }
 
+bool isGrabWhole() {
+    return x11::connection() != nullptr && !isWaylandReachable();
+}
+
 std::optional<QPoint> pointerPosition() {
-    const bool isOnWayland = x11::connection() == nullptr || isWaylandReachable();
-    return isOnWayland ? std::nullopt : std::optional(QCursor::pos());
+    return isGrabWhole() ? std::optional(QCursor::pos()) : std::nullopt;
 }
 
 }  // namespace bonkora::windowSystem

@@ -19,6 +19,10 @@ bool canGrabPointer() {
     return false;
 }
 
+bool isGrabWhole() {
+    return false;
+}
+
 std::optional<QPoint> pointerPosition() {
     return QCursor::pos();
 }

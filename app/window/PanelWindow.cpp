@@ -72,6 +72,7 @@ void PanelWindow::open(const QRect& place) {
     if (panelStyle == Style::dropDown && windowSystem::canGrabPointer()) {
         windowHandle()->installEventFilter(this);
         grabPointer();
+        spreadShields();
     }
 }
 
@@ -82,6 +83,9 @@ void PanelWindow::moveTo(const QRect& place) {
     move(wantedPosition);
     if (layer) {
         layer->place(place, screen()->geometry());
+    }
+    if (!shields.empty()) {
+        spreadShields();
     }
 }
 
@@ -106,6 +110,18 @@ void PanelWindow::grabPointer() {
                 windowHandle()->setMouseGrabEnabled(true);
             }
         });
+    }
+}
+
+void PanelWindow::spreadShields() {
+    shields.clear();
+    if (windowSystem::isGrabWhole()) {
+        return;
+    }
+    for (const QScreen* screen : QGuiApplication::screens()) {
+        shields.push_back(std::make_unique<PressShield>(*screen, QRect(wantedPosition, size())));
+        connect(shields.back().get(), &PressShield::pressed, this, &PanelWindow::pressedOutside);
+        shields.back()->show();
     }
 }
 
@@ -140,11 +156,14 @@ void PanelWindow::followActivation(QEvent::Type type) {
                 layer->setInFront(false);
             } else {
                 windowHandle()->setMouseGrabEnabled(false);
+                shields.clear();
             }
             break;
         case QEvent::WindowUnblocked:
             if (layer) {
                 layer->setInFront(true);
+            } else if (windowSystem::canGrabPointer()) {
+                spreadShields();
             }
             emit dialogClosed();
             break;
@@ -174,6 +193,7 @@ void PanelWindow::closeEvent(QCloseEvent* event) {
     if (windowSystem::canGrabPointer()) {
         windowHandle()->setMouseGrabEnabled(false);
     }
+    shields.clear();
     QWidget::closeEvent(event);
     emit closed();
 }

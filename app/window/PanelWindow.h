@@ -6,8 +6,10 @@
 #include <QEvent>
 #include <QWidget>
 #include <memory>
+#include <vector>
 
 #include "app/window/LayerShell.h"
+#include "app/window/PressShield.h"
 
 namespace bonkora {
 
@@ -46,6 +48,7 @@ class PanelWindow final : public QWidget {
 
   private:
     void grabPointer();
+    void spreadShields();
     void followActivation(QEvent::Type type);
 
     const Style panelStyle;
@@ -53,6 +56,7 @@ class PanelWindow final : public QWidget {
     QWidget* content;
     QPoint wantedPosition;
     int correctionsLeft = 0;
+    std::vector<std::unique_ptr<PressShield>> shields;
     std::unique_ptr<LayerSurface> layer;  // where the compositor lets a window choose its place
 };
 
