@@ -180,12 +180,12 @@ void MenuBarExtra::followScreens() {
 }
 
 QRect MenuBarExtra::placeAtClick() {
-    QList<QRect> geometries;
+    QList<panelPlacement::ScreenPlace> places;
     for (const QScreen* screen : QGuiApplication::screens()) {
-        geometries << screen->geometry();
+        places.append({screen->geometry(), screen->devicePixelRatio()});
     }
     const auto click =
-        panelPlacement::clickPlace(windowSystem::pointerPosition(), reportedClick, geometries);
+        panelPlacement::clickPlace(windowSystem::pointerPosition(), reportedClick, places);
     return click ? placeBeside(*click) : placeBesideItem(screenOf(clickedScreen.center()));
 }
 

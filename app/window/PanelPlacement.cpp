@@ -42,24 +42,32 @@ Nearest barEdge(const QPoint& point, const QRect& screen, const QRect& available
         ->nearest;
 }
 
+// Whether an item may be there: near an edge, but not where a place within an item would be.
+bool isInBar(const QPoint& point, const QRect& screen) {
+    const int left = point.x() - screen.left();
+    const int top = point.y() - screen.top();
+    const int nearest =
+        std::min({left, top, screen.right() - point.x(), screen.bottom() - point.y()});
+    const bool isWithinItem = left <= thickestBar && top <= thickestBar;
+    return screen.contains(point) && nearest <= thickestBar && !isWithinItem;
+}
+
 }  // namespace
 
 std::optional<QPoint> clickPlace(const std::optional<QPoint>& pointer, const QPoint& reported,
-                                 const QList<QRect>& screens) {
+                                 const QList<ScreenPlace>& screens) {
     if (pointer) {
         return pointer;
     }
-    for (const QRect& screen : screens) {
-        if (!screen.contains(reported)) {
-            continue;
-        }
-        const int left = reported.x() - screen.left();
-        const int top = reported.y() - screen.top();
-        const int nearest =
-            std::min({left, top, screen.right() - reported.x(), screen.bottom() - reported.y()});
-        const bool isWithinItem = left <= thickestBar && top <= thickestBar;
-        if (nearest <= thickestBar && !isWithinItem) {
+    for (const ScreenPlace& screen : screens) {
+        if (isInBar(reported, screen.geometry)) {
             return reported;
+        }
+    }
+    for (const ScreenPlace& screen : screens) {
+        if (const QPoint logical = reported / screen.pixelRatio;
+            isInBar(logical, screen.geometry)) {
+            return logical;
         }
     }
     return std::nullopt;

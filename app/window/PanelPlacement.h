@@ -10,11 +10,18 @@
 
 namespace bonkora::panelPlacement {
 
+// A screen in logical pixels, each of so many device pixels.
+struct ScreenPlace {
+    QRect geometry;
+    qreal pixelRatio = 1;
+};
+
 // Where an item was clicked: where the pointer is, if that can be asked; else where the bar says,
 // if that can be true: some bars on Wayland report the place within the item, which looks like the
-// upper left corner of a screen, and some nothing at all. Nothing if neither is known.
+// upper left corner of a screen, some nothing at all, and Plasma counts device pixels. Nothing if
+// neither is known.
 std::optional<QPoint> clickPlace(const std::optional<QPoint>& pointer, const QPoint& reported,
-                                 const QList<QRect>& screens);
+                                 const QList<ScreenPlace>& screens);
 
 // The rectangle of the item that was clicked at `click`. `reported` is believed only if it is at
 // most 64 high and holds the click; otherwise the item is taken to be as thick as a bar that has

@@ -95,10 +95,12 @@ class Trial:
     def panelBox(self):
         """The open panel's box: what differs from the screen without it, outside the bar."""
         outside = self.host.below()
-        now = picture.part(self.screen.takeStill(), outside)
         before = picture.part(self.rest, outside)
-        block = picture.largestBlock(picture.different(before, now), 150)
-        check(block, "a panel to be seen on the screen")
+
+        def seen():
+            now = picture.part(self.screen.takeStill(), outside)
+            return picture.largestBlock(picture.different(before, now), 150)
+        block = waitFor(seen, "a panel to be seen on the screen", PATIENCE)
         return Box(block.x + outside.x, block.y + outside.y, block.width, block.height)
 
     def gapToBar(self):

@@ -6,6 +6,7 @@ using bonkora::panelPlacement::clickPlace;
 using bonkora::panelPlacement::followScreen;
 using bonkora::panelPlacement::itemRectangle;
 using bonkora::panelPlacement::panelRectangle;
+using bonkora::panelPlacement::ScreenPlace;
 
 namespace {
 
@@ -85,17 +86,19 @@ class PanelPlacementTest final : public QObject {
     }
 
     void aClickIsWhereThePointerIsIfThatCanBeAsked() {
-        QCOMPARE(clickPlace(QPoint(1200, 10), {9, 14}, {screen}), QPoint(1200, 10));
-        QCOMPARE(clickPlace(QPoint(640, 400), {1200, 10}, {screen}), QPoint(640, 400));
+        QCOMPARE(clickPlace(QPoint(1200, 10), {9, 14}, {{screen}}), QPoint(1200, 10));
+        QCOMPARE(clickPlace(QPoint(640, 400), {1200, 10}, {{screen}}), QPoint(640, 400));
     }
 
     void withoutAPointerAReportIsBelievedOnlyInABarAndNotAsAPlaceWithinTheItem() {
         const QRect second(1280, 0, 1920, 1080);
-        const QList<QRect> both{screen, second};
+        const QList<ScreenPlace> both{{screen}, {second}};
         QCOMPARE(clickPlace({}, {1263, 14}, both), QPoint(1263, 14));
         QCOMPARE(clickPlace({}, {20, 790}, both), QPoint(20, 790));
         QCOMPARE(clickPlace({}, {3190, 1070}, both), QPoint(3190, 1070));
-        QVERIFY(!clickPlace({}, {9, 14}, both));      // within the item
+        const QList<ScreenPlace> dense{{screen, 2}};
+        QCOMPARE(clickPlace({}, {2126, 1556}, dense), QPoint(1063, 778));  // in device pixels
+        QVERIFY(!clickPlace({}, {9, 14}, both));                           // within the item
         QVERIFY(!clickPlace({}, {1290, 14}, both));   // likewise, of the second screen
         QVERIFY(!clickPlace({}, {0, 0}, both));       // not reported
         QVERIFY(!clickPlace({}, {640, 400}, both));   // in no bar
