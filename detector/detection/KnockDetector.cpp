@@ -12,6 +12,7 @@ constexpr double blockDuration = 0.001;   // s
 constexpr double settlingTime = 0.1;      // s; the surroundings are unknown before
 constexpr double fastAmplitude = 0.7;     // of the minimum amplitude
 constexpr double loudestSurprise = 10.0;  // times the surroundings' energy: more is an event
+constexpr double usualPeak = 2.0;         // of an accelerometer, times its effective value
 constexpr double echoPart = 0.7;          // of the fading hold that a new impact exceeds
 
 std::uint64_t framesIn(std::chrono::milliseconds duration, double rate) {
@@ -42,6 +43,7 @@ KnockDetector::KnockDetector(SensorKind theKind, double theRate, const Sensitivi
           framesIn(sensitivity.fast ? sensitivity.cooldown / 2 : sensitivity.cooldown, theRate)),
       blockSize(std::max<std::size_t>(1, static_cast<std::size_t>(theRate * blockDuration))),
       windowBlocks(blocksIn(tuning.window)),
+      decisionBlocks(tuning.forceTime > 0.0 ? blocksIn(tuning.forceTime) : windowBlocks),
       riseBlocks(blocksIn(tuning.riseTime)),
       lookBackBlocks(blocksIn(tuning.lookBack)),
       lowPass(Filter::lowPass(tuning.lowPass, theRate)),
@@ -52,7 +54,7 @@ KnockDetector::KnockDetector(SensorKind theKind, double theRate, const Sensitivi
         bands.emplace(rate, static_cast<double>(blockSize) / rate);
         echo.emplace(static_cast<double>(blockSize) / rate);
     }
-    history.resize(windowBlocks + riseBlocks + lookBackBlocks + 1);
+    history.resize(decisionBlocks + riseBlocks + lookBackBlocks + 1);
 }
 
 std::size_t KnockDetector::blocksIn(double seconds) const {
@@ -108,7 +110,7 @@ void KnockDetector::endBlock(std::vector<Knock>& knocks) {
     remember(block);
     block = {};
     blockFrames = 0;
-    if (past(windowBlocks).begins) {
+    if (past(decisionBlocks).begins) {
         judge(knocks);
     }
 }
@@ -122,8 +124,9 @@ bool KnockDetector::beginsKnock(const Block& now) const {
 }
 
 void KnockDetector::judge(std::vector<Knock>& knocks) {
-    const double peak = peakBetween(windowBlocks, 0);
-    const Knock knock{past(windowBlocks).peakFrame, frameCount - 1, peak};
+    const double peak = peakBetween(decisionBlocks, decisionBlocks - windowBlocks);
+    const Knock knock{past(decisionBlocks).peakFrame, frameCount - 1,
+                      tuning.forceTime > 0.0 ? usualPeak * effectiveSince(decisionBlocks) : peak};
     if (knock.frame < knownUntil ||
         (bands && (!isKnock({knock, bands->features(), bands->loudness()}) ||
                    echo->explains(windowBlocks + riseBlocks)))) {
@@ -151,6 +154,14 @@ void KnockDetector::remember(const Block& now) {
 
 const KnockDetector::Block& KnockDetector::past(std::size_t blocksAgo) const {
     return history[(newest + history.size() - blocksAgo) % history.size()];
+}
+
+double KnockDetector::effectiveSince(std::size_t blocksAgo) const {
+    double energy = 0.0;
+    for (std::size_t ago = 0; ago <= blocksAgo; ++ago) {
+        energy += past(ago).energy;
+    }
+    return std::sqrt(energy / static_cast<double>((blocksAgo + 1) * blockSize));
 }
 
 double KnockDetector::peakBetween(std::size_t oldestAgo, std::size_t newestAgo) const {

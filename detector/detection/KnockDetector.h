@@ -29,7 +29,8 @@ struct Sensitivity {
 struct Knock {
     std::uint64_t frame = 0;    // of the impact, counted from the first frame
     std::uint64_t decided = 0;  // the frame with which it was told
-    // The highest value of the filtered signal: g, or fraction of full scale.
+    // Of the filtered signal: a microphone's highest value, as a fraction of full scale; an
+    // accelerometer's effective value in g, times what makes it a usual knock's highest value.
     double amplitude = 0.0;
 };
 
@@ -70,6 +71,7 @@ class KnockDetector {
     void judge(std::vector<Knock>& knocks);
     void remember(const Block& block);
     const Block& past(std::size_t blocksAgo) const;
+    double effectiveSince(std::size_t blocksAgo) const;
     double peakBetween(std::size_t oldestAgo, std::size_t newestAgo) const;
     std::size_t blocksIn(double seconds) const;
 
@@ -80,6 +82,7 @@ class KnockDetector {
     const std::uint64_t cooldownFrames;
     const std::size_t blockSize;  // frames
     const std::size_t windowBlocks;
+    const std::size_t decisionBlocks;  // from the impact to the report
     const std::size_t riseBlocks;
     const std::size_t lookBackBlocks;
 

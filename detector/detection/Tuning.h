@@ -9,7 +9,8 @@ namespace bonkora::detector {
 struct Tuning {
     double highPass;       // Hz; below lie gravity, slow motion, wind
     double lowPass;        // Hz; above lie voices and key clicks
-    double window;         // s from the impact to the decision
+    double window;         // s from the impact in which the evidence lies
+    double forceTime;      // s over which the force is averaged; 0: the highest value counts
     double riseTime;       // s in which the impact gets going
     double lookBack;       // s before that, which were quieter
     double riseFactor;     // by which it rises above them
