@@ -1,6 +1,8 @@
 #include "ui/panel/FolderRow.h"
 
+#include <QDir>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QPainter>
 #include <cmath>
 
@@ -76,6 +78,8 @@ void FolderRow::browse() {
     chooser = opened;
     opened->setFileMode(QFileDialog::Directory);
     opened->setOption(QFileDialog::ShowDirsOnly);
+    const QString last = QString::fromStdString(spankWrapper.customSoundPath);
+    opened->setDirectory(QFileInfo(last).isDir() ? last : QDir::homePath());
     // For the panel alone: a click on the item still arrives, and brings the chooser back.
     opened->setWindowModality(Qt::WindowModal);
     const bool isAccepted = opened->exec() == QDialog::Accepted;

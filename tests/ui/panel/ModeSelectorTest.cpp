@@ -268,6 +268,23 @@ class ModeSelectorTest final : public QObject {
         QCOMPARE(panel.launches(), std::size_t{1});
     }
 
+    void theChooserBeginsAtHomeAndLaterInTheFolderLastChosen() {
+        Panel panel;
+        const QString folder = QString::fromStdString(panel.system.folder.makeFolder("my sounds"));
+        panel.controller->switchMode(Mode::custom);
+        panel.open();
+        for (const QString& before : {QString(), QString("/none/such"), folder}) {
+            panel.controller->customSoundPath = before.toStdString();
+            QString beginning;
+            whenChooserOpens([&](QFileDialog& chooser) {
+                beginning = chooser.directory().absolutePath();
+                chooser.reject();
+            });
+            panel.click(panel.button("Browse"));
+            QCOMPARE(beginning, before == folder ? folder : QDir::homePath());
+        }
+    }
+
     void cancellingTheChooserChangesNothing() {
         Panel panel;
         panel.controller->switchMode(Mode::custom);
