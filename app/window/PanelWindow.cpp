@@ -154,7 +154,7 @@ void PanelWindow::followActivation(QEvent::Type type) {
         case QEvent::WindowBlocked:
             if (layer) {
                 layer->setInFront(false);
-            } else {
+            } else if (windowSystem::canGrabPointer()) {
                 windowHandle()->setMouseGrabEnabled(false);
                 shields.clear();
             }
