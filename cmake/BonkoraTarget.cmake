@@ -29,9 +29,22 @@ function(bonkora_harden name)
     target_link_options(${name} PRIVATE -Wl,-z,relro,-z,now)
 endfunction()
 
+# bonkora_unite(NAME): the sources of a folder are compiled as one, so that the headers they share are
+# read once.
+option(BONKORA_UNITE "Compile the sources of a folder as one" OFF)
+function(bonkora_unite name)
+    get_target_property(sources ${name} SOURCES)
+    foreach(source IN LISTS sources)
+        cmake_path(GET source PARENT_PATH folder)
+        set_source_files_properties(${source} PROPERTIES UNITY_GROUP "of_${folder}")
+    endforeach()
+    set_target_properties(${name} PROPERTIES UNITY_BUILD ${BONKORA_UNITE} UNITY_BUILD_MODE GROUP)
+endfunction()
+
 # bonkora_library(NAME sources...): a static library of one room; the linker keeps the walls.
 function(bonkora_library name)
     add_library(${name} STATIC ${ARGN})
+    bonkora_unite(${name})
     bonkora_target(${name})
     bonkora_harden(${name})
 endfunction()
@@ -55,6 +68,7 @@ function(bonkora_unit_test name)
         set(arg_LABEL unit)
     endif()
     add_executable(${name} ${arg_UNPARSED_ARGUMENTS})
+    bonkora_unite(${name})
     bonkora_target(${name})
     target_link_libraries(${name} PRIVATE GTest::gtest GTest::gmock)
     gtest_discover_tests(${name} TEST_PREFIX "${name}." DISCOVERY_TIMEOUT 60

@@ -15,7 +15,7 @@ namespace bonkora {
 namespace {
 
 const QString service = "org.freedesktop.portal.Desktop";
-const QString path = "/org/freedesktop/portal/desktop";
+const QString portalPath = "/org/freedesktop/portal/desktop";
 const QString interface = "org.freedesktop.portal.Settings";
 // Desktops say in three ways that things are not to move.
 const QString appearanceSpace = "org.freedesktop.appearance";
@@ -70,7 +70,7 @@ AppearancePortal::AppearancePortal() {
     // QtDBus learns how QDBusVariant is written only when it is asked, and refuses a slot that
     // takes one before that.
     QDBusMetaType::typeToSignature(QMetaType::fromType<QDBusVariant>());
-    if (!bus.connect(service, path, interface, "SettingChanged", this,
+    if (!bus.connect(service, portalPath, interface, "SettingChanged", this,
                      SLOT(settingChanged(QString, QString, QDBusVariant)))) {
         qWarning("bonkora: changes between light and dark will not be heard");
     }
@@ -80,7 +80,7 @@ AppearancePortal::AppearancePortal() {
 }
 
 void AppearancePortal::ask(const QString& space, const QString& key) {
-    QDBusMessage question = QDBusMessage::createMethodCall(service, path, interface, "Read");
+    QDBusMessage question = QDBusMessage::createMethodCall(service, portalPath, interface, "Read");
     question << space << key;
     auto* call =
         new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(question), this);

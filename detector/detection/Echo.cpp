@@ -8,7 +8,7 @@ namespace bonkora::detector {
 
 namespace {
 
-constexpr std::size_t frameBlocks = 4;
+constexpr std::size_t blocksPerFrame = 4;
 // In frames of four blocks, some 4 ms.
 constexpr std::int64_t earliestLag = -10;    // pieces may be late
 constexpr std::int64_t latestLag = 140;      // wireless loudspeakers
@@ -20,7 +20,7 @@ constexpr std::int64_t looseness = 2;        // of a lag that is certain,
 constexpr std::int64_t firstLooseness = 15;  // and of one that was just found
 constexpr int certain = 3;                   // looks that agree
 
-constexpr float silence = 1e-8F;       // mean square
+constexpr float quietest = 1e-8F;      // mean square
 constexpr float audible = 1e-6F;       // mean square of all bands
 constexpr float fadingFactor = 0.85F;  // of the energy, from frame to frame
 constexpr double likely = 0.5;
@@ -41,8 +41,8 @@ float sum(const Bands::Levels& levels) {
     return result;
 }
 
-float decibels(float energy) {
-    return 10.0F * std::log10(energy + silence) + 80.0F;
+float loudness(float energy) {
+    return 10.0F * std::log10(energy + quietest) + 80.0F;
 }
 
 // The courses of all bands over some frames, in dB, band after band.
@@ -53,7 +53,7 @@ struct Courses {
     void take(std::int64_t frame, const Bands::Levels& energies) {
         for (std::size_t band = 0; band < Bands::count; ++band) {
             levels[band * static_cast<std::size_t>(length) + static_cast<std::size_t>(frame)] =
-                decibels(energies[band]);
+                loudness(energies[band]);
         }
     }
     std::span<const float> of(std::size_t band, std::int64_t first, std::int64_t count) const {
@@ -129,9 +129,9 @@ void Echo::skipSilence(std::uint64_t samples) {
     if (samples > matters) {
         const auto blocks = static_cast<std::uint64_t>(static_cast<double>(samples - matters) /
                                                        (referenceRate * blockSeconds)) /
-                            frameBlocks * frameBlocks;
+                            blocksPerFrame * blocksPerFrame;
         playedBlocks += blocks;
-        playedFrames += static_cast<Index>(blocks / frameBlocks);
+        playedFrames += static_cast<Index>(blocks / blocksPerFrame);
         const auto skipped =
             static_cast<std::uint64_t>(static_cast<double>(blocks) * blockSeconds * referenceRate);
         playedSamples += skipped;
@@ -155,9 +155,9 @@ void Echo::endPlayedBlock() {
     reference->endBlock();
     ++playedBlocks;
     for (std::size_t band = 0; band < Bands::count; ++band) {
-        playedSum[band] += reference->newestBlock()[band] / static_cast<float>(frameBlocks);
+        playedSum[band] += reference->newestBlock()[band] / static_cast<float>(blocksPerFrame);
     }
-    if (playedBlocks % frameBlocks == 0) {
+    if (playedBlocks % blocksPerFrame == 0) {
         endPlayedFrame();
     }
 }
@@ -177,7 +177,7 @@ void Echo::endPlayedFrame() {
 
 void Echo::align(double heardSeconds) {
     const double now =
-        heardSeconds / (blockSeconds * frameBlocks) - static_cast<double>(playedFrames);
+        heardSeconds / (blockSeconds * blocksPerFrame) - static_cast<double>(playedFrames);
     if (!origin || std::abs(now - *origin) > torn) {
         origin = now;
         lag.reset();
@@ -188,9 +188,9 @@ void Echo::align(double heardSeconds) {
 
 void Echo::hear(const Levels& block) {
     for (std::size_t band = 0; band < Bands::count; ++band) {
-        heardSum[band] += block[band] / static_cast<float>(frameBlocks);
+        heardSum[band] += block[band] / static_cast<float>(blocksPerFrame);
     }
-    if (++heardBlocks % frameBlocks != 0) {
+    if (++heardBlocks % blocksPerFrame != 0) {
         return;
     }
     heard[heardFrames] = heardSum;
@@ -311,7 +311,7 @@ bool Echo::explains(std::size_t blocks) const {
     }
     const auto base = static_cast<Index>(std::lround(*origin));
     const Index last = heardFrames - 1;
-    const Index first = last - static_cast<Index>(blocks / frameBlocks);
+    const Index first = last - static_cast<Index>(blocks / blocksPerFrame);
     const Index loose = agreeing >= certain ? looseness : firstLooseness;
     const Index earliest = lag ? *lag - loose : earliestLag;
     const Index latest = lag ? *lag + loose : latestLag;

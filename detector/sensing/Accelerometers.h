@@ -16,6 +16,9 @@
 
 namespace bonkora::detector {
 
+// Of acceleration in m/s^2, as the kernel tells it, to g; by definition.
+inline constexpr double standardGravity = 9.80665;
+
 struct AccelerometerFiles {
     enum class Family { industrialIo, position };
     Family family = Family::industrialIo;

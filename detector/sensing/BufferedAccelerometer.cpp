@@ -22,8 +22,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr double standardGravity = 9.80665;  // m/s^2, by definition
-
 struct Axis {
     ScanElement element;
     double scale = 0.0;  // g

@@ -19,8 +19,7 @@ namespace bonkora::detector {
 
 namespace {
 
-constexpr double standardGravity = 9.80665;  // m/s^2, by definition
-constexpr double highestRate = 400.0;        // enough for a knock, and little work
+constexpr double highestRate = 400.0;  // enough for a knock, and little work
 constexpr double unknownRate = std::numeric_limits<double>::infinity();
 
 // Readings in g, one at each call; nothing when the device has gone.
@@ -83,12 +82,12 @@ Source positionSource(const AccelerometerFiles& files, HeldSettings& settings) {
 }
 
 std::optional<Source> industrialIoSource(const AccelerometerFiles& files, HeldSettings& settings) {
-    struct Axis {
+    struct PolledAxis {
         std::string path;
         double scale = 0.0;
         double offset = 0.0;
     };
-    std::array<Axis, 3> axes;
+    std::array<PolledAxis, 3> axes;
     for (std::size_t i = 0; i < axes.size(); ++i) {
         const char letter = "xyz"[i];
         const auto scale = readAxisNumber(files.folder, letter, "scale");

@@ -15,8 +15,8 @@ namespace {
 // The run control.
 constexpr int horizontalPadding = 12;
 constexpr int verticalPadding = 6;
-constexpr int spacing = 4;
-constexpr int cornerRadius = 6;
+constexpr int wordSpacing = 4;
+constexpr int buttonRadius = 6;
 constexpr int symbolSize = textStyle::caption2.size;
 constexpr TextStyle wordStyle = textStyle::caption.monospaced();
 
@@ -97,7 +97,7 @@ void RunButton::display(bool isRunning) {
 
 QSize RunButton::sizeHint() const {
     const QSizeF word = textPainter::naturalSize(text(), wordStyle);
-    return {2 * horizontalPadding + symbolSize + spacing + static_cast<int>(word.width()),
+    return {2 * horizontalPadding + symbolSize + wordSpacing + static_cast<int>(word.width()),
             2 * verticalPadding + wordStyle.lineHeight};
 }
 
@@ -105,16 +105,16 @@ void RunButton::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     const QColor base = showsRunning ? runningColor : palette().color(colorRole::accent);
-    painter.fillPath(shapes::continuousRectangle(rect(), cornerRadius),
+    painter.fillPath(shapes::continuousRectangle(rect(), buttonRadius),
                      isDown() ? base.darker(115) : base);
     const QRectF symbol(horizontalPadding, (height() - symbolSize) / 2.0, symbolSize, symbolSize);
     drawSymbol(painter, showsRunning ? Symbol::stopFill : Symbol::playFill, symbol, Qt::white);
-    const QRectF word = QRectF(rect()).adjusted(symbol.right() + spacing, 0, 0, 0);
+    const QRectF word = QRectF(rect()).adjusted(symbol.right() + wordSpacing, 0, 0, 0);
     textPainter::drawLine(painter, word, text(), wordStyle, Qt::white);
 }
 
 qreal RunButton::focusRadius() const {
-    return cornerRadius;
+    return buttonRadius;
 }
 
 }  // namespace bonkora

@@ -13,7 +13,7 @@ namespace {
 
 constexpr int fieldHeight = 21;
 constexpr int textMargin = 3;
-constexpr int cornerRadius = 5;
+constexpr int fieldRadius = 5;
 
 }  // namespace
 
@@ -41,7 +41,7 @@ QSize FolderField::sizeHint() const {
 }
 
 qreal FolderField::focusRadius() const {
-    return cornerRadius;
+    return fieldRadius;
 }
 
 void FolderField::paintEvent(QPaintEvent* event) {
@@ -49,7 +49,7 @@ void FolderField::paintEvent(QPaintEvent* event) {
         QPainter painter(this);
         painter.setRenderHint(QPainter::Antialiasing);
         const QRectF box = QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5);
-        const QPainterPath outline = shapes::continuousRectangle(box, cornerRadius);
+        const QPainterPath outline = shapes::continuousRectangle(box, fieldRadius);
         painter.fillPath(outline, parentWidget()->palette().color(colorRole::controlBackground));
         painter.strokePath(outline, palette().color(colorRole::track));
     }

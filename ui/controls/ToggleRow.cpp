@@ -9,15 +9,15 @@ namespace bonkora {
 
 namespace {
 
-constexpr int spacing = 8;
-constexpr int lineSpacing = 1;
+constexpr int switchSpacing = 8;
+constexpr int titleSpacing = 1;
 constexpr int switchWidth = 32;
 constexpr int switchHeight = 18;
 constexpr int thumbInset = 2;
 constexpr TextStyle titleStyle = textStyle::caption.monospaced();
 constexpr TextStyle subtitleStyle = textStyle::caption2.monospaced();
 constexpr int focusMargin = 3;
-constexpr int textHeight = titleStyle.lineHeight + lineSpacing + subtitleStyle.lineHeight;
+constexpr int textHeight = titleStyle.lineHeight + titleSpacing + subtitleStyle.lineHeight;
 
 QColor between(const QColor& off, const QColor& on, qreal position) {
     const auto share = static_cast<float>(position);
@@ -57,9 +57,9 @@ qreal ToggleRow::focusRadius() const {
 
 void ToggleRow::paintEvent(QPaintEvent*) {
     QPainter painter(this);
-    const QRectF title(0, 0, width() - switchWidth - spacing, titleStyle.lineHeight);
+    const QRectF title(0, 0, width() - switchWidth - switchSpacing, titleStyle.lineHeight);
     textPainter::drawLine(painter, title, text(), titleStyle, palette().color(colorRole::primary));
-    textPainter::drawLine(painter, title.translated(0, titleStyle.lineHeight + lineSpacing),
+    textPainter::drawLine(painter, title.translated(0, titleStyle.lineHeight + titleSpacing),
                           accessibleDescription(), subtitleStyle,
                           palette().color(colorRole::secondary));
     paintSwitch(painter);

@@ -10,8 +10,8 @@ namespace bonkora {
 namespace {
 
 constexpr int headerPadding = 10;
-constexpr int symbolSize = 20;
-constexpr int rowSpacing = 6;
+constexpr int headerSymbolSize = 20;
+constexpr int statusSpacing = 6;
 constexpr int amplitudeDecimals = 4;
 
 }  // namespace
@@ -19,7 +19,7 @@ constexpr int amplitudeDecimals = 4;
 HeaderSection::HeaderSection(SpankWrapper& wrapper)
     : spankWrapper(wrapper), runButton(new RunButton) {
     auto* row = panelLayout::padded(new QHBoxLayout(this), panelLayout::sidePadding, headerPadding);
-    row->addWidget(new SymbolView(Symbol::handRaisedFill, symbolSize, colorRole::accent));
+    row->addWidget(new SymbolView(Symbol::handRaisedFill, headerSymbolSize, colorRole::accent));
     row->addWidget(new TextLabel(textStyle::headline.monospaced().weighing(QFont::Bold),
                                  colorRole::primary, tr("Bonkora")));
     row->addStretch();
@@ -46,7 +46,7 @@ StatusSection::StatusSection(SpankWrapper& wrapper)
       impactRow(new QWidget),
       impactValue(new TextLabel(textStyle::caption.monospaced().weighing(QFont::DemiBold),
                                 colorRole::accent, {}, TextLabel::Fit::elided)) {
-    auto* rows = panelLayout::padded(new QVBoxLayout(this), padding, padding, rowSpacing);
+    auto* rows = panelLayout::padded(new QVBoxLayout(this), padding, padding, statusSpacing);
 
     auto* statusRow = panelLayout::padded(new QHBoxLayout, 0, 0);
     statusRow->addWidget(dot);

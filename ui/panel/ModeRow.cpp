@@ -13,15 +13,15 @@ namespace bonkora {
 namespace {
 
 constexpr int padding = 6;
-constexpr int spacing = 8;
-constexpr int lineSpacing = 1;
-constexpr int cornerRadius = 6;
+constexpr int symbolSpacing = 8;
+constexpr int titleSpacing = 1;
+constexpr int rowRadius = 6;
 constexpr int checkMarkSize = textStyle::body.size;
 constexpr float highlightOpacity = 0.1F;
 constexpr TextStyle symbolStyle = textStyle::title3;
 constexpr TextStyle titleStyle = textStyle::caption.monospaced().weighing(QFont::Medium);
 constexpr TextStyle descriptionStyle = textStyle::caption2.monospaced();
-constexpr int textHeight = titleStyle.lineHeight + lineSpacing + descriptionStyle.lineHeight;
+constexpr int textHeight = titleStyle.lineHeight + titleSpacing + descriptionStyle.lineHeight;
 
 }  // namespace
 
@@ -62,7 +62,7 @@ QSize ModeRow::sizeHint() const {
 }
 
 qreal ModeRow::focusRadius() const {
-    return cornerRadius;
+    return rowRadius;
 }
 
 void ModeRow::paintEvent(QPaintEvent*) {
@@ -70,7 +70,7 @@ void ModeRow::paintEvent(QPaintEvent*) {
     painter.setRenderHint(QPainter::Antialiasing);
     QColor tint = palette().color(colorRole::accent);
     tint.setAlphaF(highlightOpacity * static_cast<float>(highlight()));
-    painter.fillPath(shapes::continuousRectangle(rect(), cornerRadius), tint);
+    painter.fillPath(shapes::continuousRectangle(rect(), rowRadius), tint);
 
     const QRectF inside = QRectF(rect()).adjusted(padding, padding, -padding, -padding);
     const QColor primary = palette().color(colorRole::primary);
@@ -79,11 +79,11 @@ void ModeRow::paintEvent(QPaintEvent*) {
                           content.symbol, symbolStyle, primary);
 
     // The check mark takes its room from the text as it appears.
-    const qreal left = inside.left() + symbolWidth + spacing;
-    const qreal room = inside.right() - left - highlight() * (spacing + checkMarkSize);
+    const qreal left = inside.left() + symbolWidth + symbolSpacing;
+    const qreal room = inside.right() - left - highlight() * (symbolSpacing + checkMarkSize);
     const QRectF title(left, inside.top(), room, titleStyle.lineHeight);
     textPainter::drawLine(painter, title, content.title, titleStyle, primary);
-    textPainter::drawLine(painter, title.translated(0, titleStyle.lineHeight + lineSpacing),
+    textPainter::drawLine(painter, title.translated(0, titleStyle.lineHeight + titleSpacing),
                           content.description, descriptionStyle,
                           palette().color(colorRole::secondary));
 

@@ -7,7 +7,7 @@ namespace bonkora {
 
 namespace {
 
-constexpr int rowSpacing = 6;
+constexpr int modeSpacing = 6;
 
 }  // namespace
 
@@ -15,8 +15,8 @@ ModeSelector::ModeSelector(SpankWrapper& wrapper, const Appearance& theAppearanc
     : spankWrapper(wrapper),
       appearance(theAppearance),
       rows(),
-      folderRow(new FolderRow(wrapper, rowSpacing)) {
-    auto* stack = panelLayout::padded(new QVBoxLayout, 0, 0, rowSpacing);
+      folderRow(new FolderRow(wrapper, modeSpacing)) {
+    auto* stack = panelLayout::padded(new QVBoxLayout, 0, 0, modeSpacing);
     stack->addWidget(new TextLabel(textStyle::caption.monospaced().weighing(QFont::DemiBold),
                                    colorRole::secondary, tr("Sound Mode")));
     for (std::size_t index = 0; index < allCases.size(); ++index) {

@@ -9,8 +9,8 @@ namespace bonkora {
 
 namespace {
 
-constexpr int rowSpacing = 10;
-constexpr int lineSpacing = 3;
+constexpr int settingSpacing = 10;
+constexpr int sliderSpacing = 3;
 constexpr int sensitivityDecimals = 3;
 constexpr SliderRange sensitivityRange{.first = 10, .step = 5, .lastTick = 98, .denominator = 1000};
 constexpr SliderRange cooldownRange{.first = 100, .step = 50, .lastTick = 58};
@@ -34,7 +34,7 @@ SliderBlock::SliderBlock(const SliderRange& range, const QString& caption, const
     : valueLabel(new TextLabel(textStyle::caption.monospaced(), colorRole::accent, {},
                                TextLabel::Fit::elided)),
       slider(new StepSlider(range, caption)) {
-    auto* stack = panelLayout::padded(new QVBoxLayout(this), 0, 0, lineSpacing);
+    auto* stack = panelLayout::padded(new QVBoxLayout(this), 0, 0, sliderSpacing);
     stack->addLayout(apart(
         new TextLabel(textStyle::caption.monospaced(), colorRole::primary, caption), valueLabel));
     stack->addWidget(slider);
@@ -60,7 +60,7 @@ SettingsSection::SettingsSection(SpankWrapper& wrapper, SliderValues& theValues,
       volumeToggle(new ToggleRow(tr("Volume scales with force"),
                                  tr("Gentle tap = whisper. Full slap = max."))),
       fastToggle(new ToggleRow(tr("Fast detection"), tr("Shorter cooldown, higher sensitivity."))) {
-    auto* stack = panelLayout::padded(new QVBoxLayout(this), padding, padding, rowSpacing);
+    auto* stack = panelLayout::padded(new QVBoxLayout(this), padding, padding, settingSpacing);
     stack->addWidget(new TextLabel(textStyle::caption.monospaced().weighing(QFont::DemiBold),
                                    colorRole::secondary, tr("Settings")));
     stack->addWidget(sensitivity);

@@ -20,9 +20,9 @@ TEST(OutputTail, keepsTheLastBytesOfALongOne) {
     OutputTail tail;
     tail.append(std::string(OutputTail::limit, 'a'));
     tail.append("bc");
-    EXPECT_EQ(tail.text(), std::string(OutputTail::limit - 2, 'a') + "bc");
-    tail.append(std::string(10 * OutputTail::limit, 'd') + "e");
-    EXPECT_EQ(tail.text(), std::string(OutputTail::limit - 1, 'd') + "e");
+    EXPECT_EQ(tail.text(), std::string(OutputTail::limit - 2, 'a').append("bc"));
+    tail.append(std::string(10 * OutputTail::limit, 'd').append("e"));
+    EXPECT_EQ(tail.text(), std::string(OutputTail::limit - 1, 'd').append("e"));
 }
 
 }  // namespace

@@ -14,7 +14,7 @@ namespace bonkora::detector {
 
 namespace {
 
-constexpr double rate = 16000.0;        // of the microphone
+constexpr double microphoneRate = 16000.0;
 constexpr double playedRate = 22050.0;  // of what is played
 
 constexpr double none = -1.0;
@@ -63,7 +63,7 @@ class Room {
     int found() const {
         return static_cast<int>(std::count_if(blows.begin(), blows.end(), [&](double blow) {
             return std::any_of(knocks.begin(), knocks.end(), [&](const Knock& knock) {
-                return std::abs(static_cast<double>(knock.frame) / rate - blow) < 0.02;
+                return std::abs(static_cast<double>(knock.frame) / microphoneRate - blow) < 0.02;
             });
         }));
     }
@@ -75,7 +75,7 @@ class Room {
     }
 
   private:
-    double seconds() const { return static_cast<double>(frames) / rate; }
+    double seconds() const { return static_cast<double>(frames) / microphoneRate; }
 
     void hand(const Sound& signal, bool isTold) {
         constexpr std::size_t piece = 512;
@@ -87,9 +87,10 @@ class Room {
             playedCount = played.end;
             history.insert(history.end(), played.samples.begin(), played.samples.end());
             std::vector<Frame> heard;
-            while (static_cast<double>(frames + 1) / rate <
+            while (static_cast<double>(frames + 1) / microphoneRate <
                    static_cast<double>(playedCount) / playedRate) {
-                heard.push_back({microphone(static_cast<double>(frames) / rate), 0.0F, 0.0F});
+                heard.push_back(
+                    {microphone(static_cast<double>(frames) / microphoneRate), 0.0F, 0.0F});
                 ++frames;
             }
             if (isTold) {
@@ -125,8 +126,8 @@ class Room {
     std::normal_distribution<double> noise{0.0, 0.001};
     double latency;
     double loudness;
-    Filter bass = Filter::highPass(90.0, rate);
-    KnockDetector detector{SensorKind::microphone, rate, {}};
+    Filter bass = Filter::highPass(90.0, microphoneRate);
+    KnockDetector detector{SensorKind::microphone, microphoneRate, {}};
     std::vector<Knock> knocks;
     std::vector<double> blows;
     Sound history;

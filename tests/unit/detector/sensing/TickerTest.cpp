@@ -15,24 +15,24 @@ bool isReadable(const Ticker& ticker, std::chrono::milliseconds patience) {
 }
 
 TEST(Ticker, tellsEveryPeriodThatHasPassedAndNoneBefore) {
-    constexpr auto period = 2ms;
+    constexpr auto tick = 2ms;
     const auto begin = Clock::now();
-    const auto ticker = Ticker::every(period);
+    const auto ticker = Ticker::every(tick);
     std::uint64_t told = 0;
     while (told < 10) {
         ASSERT_TRUE(isReadable(*ticker, 60s));
         const auto periods = ticker->take();
         EXPECT_GT(periods, 0U);
         told += periods;
-        EXPECT_GE(Clock::now() - begin, period * static_cast<int>(told));
+        EXPECT_GE(Clock::now() - begin, tick * static_cast<int>(told));
     }
 }
 
 TEST(Ticker, periodsThatNobodyTookAreToldTogether) {
-    constexpr auto period = 1ms;
-    const auto ticker = Ticker::every(period);
+    constexpr auto tick = 1ms;
+    const auto ticker = Ticker::every(tick);
     // Another ticker measures the time: this one has passed as many periods when it is asked.
-    const auto other = Ticker::every(20 * period);
+    const auto other = Ticker::every(20 * tick);
     ASSERT_TRUE(isReadable(*other, 60s));
     ASSERT_TRUE(isReadable(*ticker, 60s));
     EXPECT_GE(ticker->take(), 15U);
