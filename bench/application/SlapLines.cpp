@@ -3,13 +3,14 @@
 // same lines. Then ten times a million, one child after another, for the memory that a session of
 // ten million leaves behind. Figures on standard error, one "name value" a line, times in seconds.
 //
-// usage: slap_lines FOLDER    (an empty one; the lines are written into it)
+// usage: slap_lines FOLDER [LINES]    (an empty one; the lines are written into it)
 #include <malloc.h>
 #include <unistd.h>
 
 #include <QCoreApplication>
 #include <chrono>
 #include <cstdio>
+#include <cstdlib>
 #include <fstream>
 #include <functional>
 #include <memory>
@@ -25,7 +26,7 @@
 namespace bonkora {
 namespace {
 
-constexpr int lines = 1'000'000;
+int lines = 1'000'000;
 
 using Clock = std::chrono::steady_clock;
 
@@ -39,7 +40,7 @@ std::string line(int number) {
 
 double jsonReaderAlone() {
     std::vector<std::string> texts;
-    texts.reserve(lines);
+    texts.reserve(static_cast<std::size_t>(lines));
     for (int number = 0; number < lines; ++number) {
         texts.push_back(line(number));
     }
@@ -169,9 +170,12 @@ int run(const std::string& folder) {
 
 int main(int argumentCount, char** arguments) {
     bonkora::platform::prepareStandardStreams();
-    if (argumentCount != 2) {
-        std::fprintf(stderr, "usage: %s FOLDER\n", arguments[0]);
+    if (argumentCount < 2) {
+        std::fprintf(stderr, "usage: %s FOLDER [LINES]\n", arguments[0]);
         return 2;
+    }
+    if (argumentCount > 2) {
+        bonkora::lines = std::atoi(arguments[2]);
     }
     const QCoreApplication application(argumentCount, arguments);
     return bonkora::run(arguments[1]);
