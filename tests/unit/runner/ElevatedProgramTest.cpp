@@ -1,5 +1,6 @@
 // What the elevated side says when it is asked directly, past the runner that would not have.
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -14,12 +15,18 @@
 namespace bonkora::test {
 namespace {
 
-Result resultOfElevatedSide(const std::string& command, const std::string& folder) {
+// `descriptors` is how many the program may have at once, the link's other end not counted.
+Result resultOfElevatedSide(const std::string& command, const std::string& folder,
+                            rlim_t descriptors = 1000) {
     RunnerUnderTest::Settings settings;
     settings.beforeExec = [&] {
         int ends[2];
         (void)!::socketpair(AF_UNIX, SOCK_STREAM, 0, ends);
         ::dup2(ends[0], STDIN_FILENO);
+        ::dup2(ends[1], 100);
+        ::close_range(3, 99, 0);
+        const rlimit few{descriptors, descriptors};
+        ::setrlimit(RLIMIT_NOFILE, &few);
         ::execl(BONKORA_HELPERS "/bonkora-elevated", "bonkora-elevated", command.c_str(),
                 folder.c_str(), nullptr);
     };
@@ -72,6 +79,14 @@ TEST(ElevatedProgram, refusesAFolderThatIsNotTheOneShown) {
         EXPECT_EQ(result.output, "");
         EXPECT_EQ(result.errors, "The command's folder was refused: it " + why + ".\n") << path;
     }
+}
+
+TEST(ElevatedProgram, saysThatTheSystemHasNoRoom) {
+    // One is left, and the supervisor needs more.
+    const Result result = resultOfElevatedSide("echo bad", "/", 4);
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.output, "");
+    EXPECT_EQ(result.errors, "The system has no room for another command.\n");
 }
 
 TEST(ElevatedProgram, refusesToRunByHand) {

@@ -173,6 +173,18 @@ TEST(RunnerProgram, worksWithItsStandardStreamsClosed) {
     EXPECT_EQ(readFile(folder / "file"), std::to_string(::getuid()) + "\n");
 }
 
+TEST(RunnerProgram, endsWithItsStatusWhenNobodyReadsItsErrors) {
+    RunnerUnderTest::Settings settings;
+    settings.beforeExec = [] {
+        int ends[2];
+        (void)!::pipe(ends);
+        ::dup2(ends[1], STDERR_FILENO);
+        ::close(ends[0]);
+        ::close(ends[1]);
+    };
+    EXPECT_EQ(resultOfCommand("exit 4", settings).status, 1);
+}
+
 TEST(RunnerProgram, doesNotWaitForOthersWhoHoldTheErrorOutput) {
     const TemporaryFolder folder;
     const std::string gate = folder / "gate";
