@@ -79,17 +79,23 @@ void Descendants::end() noexcept {
 
 bool Descendants::waitUntil(Clock::time_point deadline,
                             const std::function<void(Clock::time_point&)>& eachRound) noexcept {
+    auto nextRound = Clock::now();
     while (!reap()) {
-        try {
-            eachRound(deadline);
-        } catch (const std::bad_alloc&) {
-            // Some of them have ended nonetheless, so that there may be room in the next round.
+        // Not at every child's end: a hundred of them would have the machine looked through as
+        // often.
+        if (Clock::now() >= nextRound) {
+            try {
+                eachRound(deadline);
+            } catch (const std::bad_alloc&) {
+                // Some of them have ended nonetheless, so that there may be room in the next round.
+            }
+            nextRound = Clock::now() + roundTime;
         }
-        const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now());
-        if (left.count() <= 0) {
+        const auto now = Clock::now();
+        if (now >= deadline) {
             return false;
         }
-        const auto time = std::min(left, roundTime);
+        const auto time = std::max(std::min(deadline, nextRound) - now, Clock::duration::zero());
         const timespec pause{0, std::chrono::nanoseconds(time).count()};
         const sigset_t set = childSignal();
         ::sigtimedwait(&set, nullptr, &pause);
