@@ -237,8 +237,8 @@ TEST_F(Output, sixtyFourMegabytesWithoutALineFeedAreKeptAndCountOnce) {
 
 TEST_F(Output, anOverflowOfTheCountIsAFatalError) {
     wrapper->slapCount = std::numeric_limits<std::int64_t>::max();
-    EXPECT_DEATH(feed("{\"type\":\"slap\"}\n"), "Fatal error: the slap count overflows");
-    EXPECT_DEATH(feed("plain slap\n"), "Fatal error: the slap count overflows");
+    EXPECT_DEATH(feed("{\"type\":\"slap\"}\n"), "Fatal error: the slap count overflows\n");
+    EXPECT_DEATH(feed("plain slap\n"), "Fatal error: the slap count overflows\n");
 }
 
 TEST_F(Output, whatCameBeforeAFatalErrorIsOnTheConsole) {
