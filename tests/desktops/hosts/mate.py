@@ -7,7 +7,7 @@ from hosts.x11 import X11
 
 class Desktop(X11):
     name = "mate"
-    title = "MATE 1.26"
+    title = "MATE 1.27"
     packages = ["mate-panel", "marco", "mate-settings-daemon", "gnome-themes-extra",
                 "dconf-gsettings-backend", "x11-xserver-utils", "xterm"]
     currentDesktop = "MATE"
