@@ -87,7 +87,7 @@ class Flood(unittest.TestCase):
         button = self.app.find("push button", "Stop")
         pressed = time.monotonic()
         button.do_action(0)
-        desktop.waitFor(self.ends.exists, "the runner is asked to end")
+        desktop.waitFor(lambda: self.ends.exists() and self.ends.read_text(), "the runner is asked to end")
         late = float(self.ends.read_text()) - pressed - 0.5
         self.say(f"{1000 * late:.0f} ms late")
         self.assertGreater(late, -0.01)
