@@ -18,7 +18,7 @@ std::string executableLocation(const platform::Bundle& bundle) {
         platform::fatalError("the process has no arguments");
     }
     const std::string& path = bundle.arguments.front();
-    if (path.rfind('/', 0) == 0) {
+    if (path.starts_with('/')) {
         return path;
     }
     // Without a working directory, because it has been removed, the path starts at the root.

@@ -97,7 +97,7 @@ TEST_F(Locator, aRelativeFirstArgumentIsResolvedAgainstTheWorkingDirectory) {
 }
 
 TEST_F(Locator, neitherExecutableNorArgumentsIsAFatalError) {
-    EXPECT_DEATH(candidatePaths({std::nullopt, {}}), "Fatal error: the process has no arguments");
+    EXPECT_DEATH(candidatePaths({std::nullopt, {}}), "Fatal error: the process has no arguments\n");
 }
 
 TEST_F(Locator, everyStartOfOneControllerSearchesAnew) {
