@@ -203,9 +203,13 @@ class WholePanel(unittest.TestCase):
         self.expectNoLaunch(lambda: self.browse("Cancel"))
         self.assertEqual(self.path(), str(self.folder))
         self.expectNoLaunch(lambda: self.browse("Choose"))
-        self.assertEqual(self.path(), str(pathlib.Path.home()))    # where the chooser opened
+        self.assertEqual(self.path(), str(self.folder))    # where the chooser opened
+        self.expectNoLaunch(lambda: self.type("/music/gone"))
+        self.expectNoLaunch(lambda: self.browse("Choose"))
+        home = str(pathlib.Path.home())
+        self.assertEqual(self.path(), home)
         self.stop()
-        self.settings["mode"] = ["--custom", str(pathlib.Path.home())]
+        self.settings["mode"] = ["--custom", home]
         self.start()
 
     def testADragWhileRunningRestartsOnceWithTheValueShown(self):
