@@ -73,7 +73,11 @@ class Mixer {
     }
     Mixer(const Mixer&) = delete;
     Mixer& operator=(const Mixer&) = delete;
-    ~Mixer() { Mix_CloseAudio(); }
+    ~Mixer() {
+        // Closing does not forget it, and the next device would call it with what is gone by then.
+        Mix_SetPostMix(nullptr, nullptr);
+        Mix_CloseAudio();
+    }
 
     Played takePlayed() { return played.take(); }
 

@@ -1,12 +1,15 @@
 #include <SDL.h>
+#include <SDL_mixer.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <chrono>
 #include <cmath>
 #include <cstdlib>
 #include <map>
 #include <optional>
+#include <semaphore>
 #include <string>
 #include <thread>
 #include <utility>
@@ -213,6 +216,27 @@ TEST_F(VoiceTest, letsGoOfEveryPartOfSdlAndTheNextKnockSoundsAgain) {
     EXPECT_EQ(SDL_WasInit(SDL_INIT_AUDIO), 0U);
     voice->answer(0.5, SensorKind::microphone, 2.0);
     EXPECT_TRUE(voice->isSounding());
+}
+
+// The address sanitizer is what sees it: what was let go is no longer there to be called.
+TEST_F(VoiceTest, whatWasLetGoIsNotCalledByTheNextDevice) {
+    open()->letGo();
+    ASSERT_EQ(SDL_Init(SDL_INIT_AUDIO), 0);
+    ASSERT_EQ(Mix_OpenAudioDevice(44100, AUDIO_S16SYS, 2, 512, nullptr, 0), 0);
+    std::counting_semaphore<> called{0};
+    const auto effect = [](int, void*, int, void* semaphore) {
+        static_cast<std::counting_semaphore<>*>(semaphore)->release();
+    };
+    // Effects come before what a voice listens with: the second call follows the first one's whole round.
+    for (int round = 0; round < 2; ++round) {
+        ASSERT_NE(Mix_RegisterEffect(MIX_CHANNEL_POST, effect, nullptr, &called), 0);
+        EXPECT_TRUE(called.try_acquire_for(std::chrono::seconds{10}));
+        Mix_UnregisterAllEffects(MIX_CHANNEL_POST);
+        while (called.try_acquire()) {
+        }
+    }
+    Mix_CloseAudio();
+    SDL_Quit();
 }
 
 TEST_F(VoiceTest, aSoundIsCutAfterAMinuteHoweverLongItsFileIs) {
