@@ -15,9 +15,9 @@ EXTENSION = "ubuntu-appindicators@ubuntu.com"
 class Desktop(Host):
     name = "gnome"
     title = "GNOME 43, AppIndicator extension"
-    packages = ["gnome-shell", "gnome-shell-extension-appindicator", "xdg-desktop-portal",
-                "xdg-desktop-portal-gnome", "dconf-gsettings-backend", "xwayland", "qt6-wayland",
-                "xterm"]
+    packages = ["gnome-shell", "gnome-settings-daemon", "gnome-shell-extension-appindicator",
+                "xdg-desktop-portal", "xdg-desktop-portal-gnome", "dconf-gsettings-backend", "xwayland",
+                "qt6-wayland", "xterm"]
     currentDesktop = "GNOME"
     isWayland = True
     thickness = 32
@@ -50,6 +50,8 @@ class Desktop(Host):
         for authority in self.runtime.glob(".mutter-Xwaylandauth*"):
             os.environ["XAUTHORITY"] = str(authority)
         self.tellBus()
+        # Tells the scale to programs that come through XWayland.
+        self.run("settings", "/usr/libexec/gsd-xsettings", GDK_BACKEND="x11")
 
     def waitForBar(self):
         """GNOME begins with its overview, and warns of sessions of root's in a banner."""

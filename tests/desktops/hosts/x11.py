@@ -9,11 +9,12 @@ from session import Host
 
 class X11(Host):
     manager = ["openbox"]
+    tellsScale = False    # whether the desktop has a setting for it, and tells programs itself
 
     def startSession(self):
         self.paintRoot()
         self.tellBus()
-        if self.scale > 1:
+        if self.scale > 1 and not self.tellsScale:
             subprocess.run(["xrdb", "-merge"], input=f"Xft.dpi: {96 * self.scale}\n".encode(),
                            check=True)
         self.run("manager", *self.manager)
