@@ -227,7 +227,8 @@ TEST_F(VoiceTest, whatWasLetGoIsNotCalledByTheNextDevice) {
     const auto effect = [](int, void*, int, void* semaphore) {
         static_cast<std::counting_semaphore<>*>(semaphore)->release();
     };
-    // Effects come before what a voice listens with: the second call follows the first one's whole round.
+    // Effects come before what a voice listens with: the second call follows the first one's whole
+    // round.
     for (int round = 0; round < 2; ++round) {
         ASSERT_NE(Mix_RegisterEffect(MIX_CHANNEL_POST, effect, nullptr, &called), 0);
         EXPECT_TRUE(called.try_acquire_for(std::chrono::seconds{10}));
