@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "app/desktop/WindowSystem.h"
+#include "app/window/LayerShell.h"
 #include "app/window/PanelPlacement.h"
 
 namespace bonkora {
@@ -184,8 +185,14 @@ QRect MenuBarExtra::placeAtClick() {
     for (const QScreen* screen : QGuiApplication::screens()) {
         places.append({screen->geometry(), screen->devicePixelRatio()});
     }
-    const auto click =
-        panelPlacement::clickPlace(windowSystem::pointerPosition(), reportedClick, places);
+    const auto pointer = windowSystem::pointerPosition();
+    auto click = panelPlacement::clickPlace(pointer, reportedClick, places);
+    // With several screens a report is no proof: some bars count from the corner of theirs.
+    if (!pointer && (!click || places.size() > 1)) {
+        if (const auto found = layerShell::findPointer()) {
+            click = found;
+        }
+    }
     return click ? placeBeside(*click) : placeBesideItem(screenOf(clickedScreen.center()));
 }
 

@@ -6,7 +6,9 @@
 #include <QObject>
 #include <QRect>
 #include <memory>
+#include <optional>
 
+class QScreen;
 class QWidget;
 class QWindow;
 
@@ -17,6 +19,9 @@ namespace layerShell {
 // Before the QApplication is made.
 void prepare();
 bool isOffered();
+// Where the pointer is on the desktop, on a bar too; nothing if the compositor does not tell within
+// 0.3 s, in which this waits.
+std::optional<QPoint> findPointer();
 
 }  // namespace layerShell
 
@@ -32,8 +37,8 @@ class LayerSurface final : public QObject {
     ~LayerSurface() override;
 
     // Puts the window near `place`, whose nearer end, top or bottom, tells the bar's edge; of
-    // `screen`.
-    void place(const QRect& place, const QRect& screen);
+    // `screen`, on which the window then stays.
+    void place(const QRect& place, QScreen& screen);
     // Off while a dialog of the window is open: then it lies beneath ordinary windows.
     void setInFront(bool isInFront);
 
@@ -48,7 +53,7 @@ class LayerSurface final : public QObject {
   private:
     struct Role;
 
-    void spreadShield();
+    void spreadShield(QScreen& screen);
     void leaveRoomInShield(const QRect& room);
 
     QWidget& window;

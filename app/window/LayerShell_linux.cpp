@@ -1,13 +1,21 @@
 #include <qpa/qplatformnativeinterface.h>
 #include <QEvent>
 #include <QGuiApplication>
+#include <QScreen>
 #include <QWidget>
 #include <QWindow>
 #include <algorithm>
+#include <chrono>
 #include <cstring>
+#include <thread>
+#include <vector>
+
+#include <sys/mman.h>
+#include <unistd.h>
 
 #include "app/window/LayerShell.h"
 #include "layer-shell-client.h"
+#include "platform/Descriptor.h"
 
 namespace bonkora {
 
@@ -16,13 +24,18 @@ namespace {
 constexpr std::uint32_t layerShellVersion = 4;
 constexpr std::uint32_t firstVersionWithSetLayer = 2;
 constexpr int gap = 4;
-constexpr int placedBesideBars = 0;  // an exclusive zone: takes no room, and keeps off that of bars
+// Exclusive zones: both take no room, and the first keeps off that of bars.
+constexpr int placedBesideBars = 0;
+constexpr int placedOverBars = -1;
 constexpr int configureRounds = 3;
 constexpr char nameSpace[] = "bonkora";
+// A compositor tells of the pointer only when the button that pressed the item is up again.
+constexpr std::chrono::milliseconds pointerPatience{300};
+constexpr std::chrono::milliseconds pointerPause{8};
 
 enum Edge : std::uint32_t { top = 1, bottom = 2, left = 4, right = 8 };
 // The bars' own menus lie above the top layer, but beneath the overlay.
-enum Layer : std::uint32_t { bottomLayer = 1, topLayer = 2 };
+enum Layer : std::uint32_t { bottomLayer = 1, topLayer = 2, overlay = 3 };
 enum Keyboard : std::uint32_t { none = 0, exclusive = 1 };
 
 // What the compositor offers, asked once, on a queue of its own so that nothing of Qt's is handled
@@ -35,7 +48,17 @@ struct Compositor {
     zwlr_layer_shell_v1* layers = nullptr;
     std::uint32_t layersVersion = 0;
     wp_viewporter* viewports = nullptr;
+    wl_compositor* surfaces = nullptr;
+    wl_shm* memory = nullptr;
+    wl_seat* seat = nullptr;
+    bool hasPointer = false;
 };
+
+void toldAbilities(void* data, wl_seat*, std::uint32_t abilities) {
+    static_cast<Compositor*>(data)->hasPointer = (abilities & WL_SEAT_CAPABILITY_POINTER) != 0;
+}
+
+constexpr wl_seat_listener seatListener{toldAbilities, [](void*, wl_seat*, const char*) {}};
 
 void offered(void* data, wl_registry* registry, std::uint32_t name, const char* interface,
              std::uint32_t version) {
@@ -47,6 +70,16 @@ void offered(void* data, wl_registry* registry, std::uint32_t name, const char* 
     } else if (std::strcmp(interface, wp_viewporter_interface.name) == 0) {
         compositor.viewports = static_cast<wp_viewporter*>(
             wl_registry_bind(registry, name, &wp_viewporter_interface, 1));
+    } else if (std::strcmp(interface, wl_compositor_interface.name) == 0) {
+        compositor.surfaces = static_cast<wl_compositor*>(
+            wl_registry_bind(registry, name, &wl_compositor_interface, 1));
+    } else if (std::strcmp(interface, wl_shm_interface.name) == 0) {
+        compositor.memory =
+            static_cast<wl_shm*>(wl_registry_bind(registry, name, &wl_shm_interface, 1));
+    } else if (std::strcmp(interface, wl_seat_interface.name) == 0 && compositor.seat == nullptr) {
+        compositor.seat =
+            static_cast<wl_seat*>(wl_registry_bind(registry, name, &wl_seat_interface, 1));
+        wl_seat_add_listener(compositor.seat, &seatListener, data);
     }
 }
 
@@ -73,6 +106,7 @@ Compositor::Compositor() {
     wl_proxy_wrapper_destroy(wrapper);
     wl_registry_add_listener(registry, &registryListener, this);
     wl_display_roundtrip_queue(display, queue);
+    wl_display_roundtrip_queue(display, queue);  // what the seat can do
     wl_registry_destroy(registry);
 }
 
@@ -87,14 +121,138 @@ wl_surface* surfaceOf(QWidget& window) {
         native()->nativeResourceForWindow("surface", window.windowHandle()));
 }
 
+wl_output* outputOf(QScreen& screen) {
+    return static_cast<wl_output*>(native()->nativeResourceForScreen("output", &screen));
+}
+
+// An invisible surface of one pixel, stretched over a whole screen, its bars too.
+class Feeler {
+  public:
+    Feeler(QScreen& theScreen, wl_buffer& thePixel)
+        : screen(theScreen),
+          pixel(thePixel),
+          surface(wl_compositor_create_surface(compositor().surfaces)),
+          viewport(wp_viewporter_get_viewport(compositor().viewports, surface)),
+          layerSurface(zwlr_layer_shell_v1_get_layer_surface(
+              compositor().layers, surface, outputOf(theScreen), overlay, nameSpace)) {
+        static constexpr zwlr_layer_surface_v1_listener listener{
+            configured, [](void*, zwlr_layer_surface_v1*) {}};
+        zwlr_layer_surface_v1_add_listener(layerSurface, &listener, this);
+        zwlr_layer_surface_v1_set_anchor(layerSurface, top | bottom | left | right);
+        zwlr_layer_surface_v1_set_exclusive_zone(layerSurface, placedOverBars);
+        wl_surface_commit(surface);
+    }
+
+    ~Feeler() {
+        zwlr_layer_surface_v1_destroy(layerSurface);
+        wp_viewport_destroy(viewport);
+        wl_surface_destroy(surface);
+    }
+
+    Feeler(const Feeler&) = delete;
+    Feeler& operator=(const Feeler&) = delete;
+
+    bool isOn(const wl_surface* other) const { return other == surface; }
+    QPoint onDesktop(const QPoint& place) const { return screen.geometry().topLeft() + place; }
+
+  private:
+    static void configured(void* data, zwlr_layer_surface_v1* layerSurface, std::uint32_t serial,
+                           std::uint32_t width, std::uint32_t height) {
+        auto& feeler = *static_cast<Feeler*>(data);
+        zwlr_layer_surface_v1_ack_configure(layerSurface, serial);
+        wp_viewport_set_destination(feeler.viewport, static_cast<int>(width),
+                                    static_cast<int>(height));
+        wl_surface_attach(feeler.surface, &feeler.pixel, 0, 0);
+        wl_surface_commit(feeler.surface);
+    }
+
+    QScreen& screen;
+    wl_buffer& pixel;
+    wl_surface* surface;
+    wp_viewport* viewport;
+    zwlr_layer_surface_v1* layerSurface;
+};
+
+// A transparent one; nothing without memory for it.
+wl_buffer* makePixel() {
+    constexpr int bytes = 4;
+    const platform::UniqueDescriptor file(::memfd_create(nameSpace, MFD_CLOEXEC));
+    if (!file || ::ftruncate(file.get(), bytes) != 0) {
+        return nullptr;
+    }
+    wl_shm_pool* const pool = wl_shm_create_pool(compositor().memory, file.get(), bytes);
+    wl_buffer* const pixel =
+        wl_shm_pool_create_buffer(pool, 0, 1, 1, bytes, WL_SHM_FORMAT_ARGB8888);
+    wl_shm_pool_destroy(pool);
+    return pixel;
+}
+
+// Looks for the pointer with a feeler on every screen.
+class PointerSearch {
+  public:
+    // Takes the pixel over.
+    explicit PointerSearch(wl_buffer& thePixel)
+        : pixel(thePixel), pointer(wl_seat_get_pointer(compositor().seat)) {
+        static const wl_pointer_listener listener = [] {
+            wl_pointer_listener told{};
+            told.enter = entered;
+            told.leave = [](void*, wl_pointer*, std::uint32_t, wl_surface*) {};
+            told.motion = [](void*, wl_pointer*, std::uint32_t, wl_fixed_t, wl_fixed_t) {};
+            told.button = [](void*, wl_pointer*, std::uint32_t, std::uint32_t, std::uint32_t,
+                             std::uint32_t) {};
+            told.axis = [](void*, wl_pointer*, std::uint32_t, std::uint32_t, wl_fixed_t) {};
+            return told;
+        }();
+        wl_pointer_add_listener(pointer, &listener, this);
+        for (QScreen* screen : QGuiApplication::screens()) {
+            feelers.push_back(std::make_unique<Feeler>(*screen, pixel));
+        }
+    }
+
+    ~PointerSearch() {
+        feelers.clear();
+        wl_pointer_destroy(pointer);
+        wl_buffer_destroy(&pixel);
+        wl_display_flush(compositor().display);
+    }
+
+    PointerSearch(const PointerSearch&) = delete;
+    PointerSearch& operator=(const PointerSearch&) = delete;
+
+    std::optional<QPoint> wait() {
+        const auto end = std::chrono::steady_clock::now() + pointerPatience;
+        while (wl_display_roundtrip_queue(compositor().display, compositor().queue) >= 0 &&
+               !found && std::chrono::steady_clock::now() < end) {
+            std::this_thread::sleep_for(pointerPause);
+        }
+        return found;
+    }
+
+  private:
+    static void entered(void* data, wl_pointer*, std::uint32_t, wl_surface* surface, wl_fixed_t x,
+                        wl_fixed_t y) {
+        auto& search = *static_cast<PointerSearch*>(data);
+        for (const auto& feeler : search.feelers) {
+            if (feeler->isOn(surface)) {
+                search.found = feeler->onDesktop({wl_fixed_to_int(x), wl_fixed_to_int(y)});
+            }
+        }
+    }
+
+    wl_buffer& pixel;
+    wl_pointer* pointer;
+    std::vector<std::unique_ptr<Feeler>> feelers;
+    std::optional<QPoint> found;
+};
+
 }  // namespace
 
 // What makes a surface a layer's.
 struct LayerSurface::Role {
-    Role(LayerSurface& theOwner, QWidget& widget, Layer layer)
+    Role(LayerSurface& theOwner, QWidget& widget, QScreen& screen, Layer layer)
         : owner(theOwner), surface(surfaceOf(widget)) {
-        layerSurface = zwlr_layer_shell_v1_get_layer_surface(compositor().layers, surface, nullptr,
-                                                             layer, nameSpace);
+        layerSurface = zwlr_layer_shell_v1_get_layer_surface(compositor().layers, surface,
+                                                             outputOf(screen), layer, nameSpace);
         static constexpr zwlr_layer_surface_v1_listener listener{configured, closed};
         zwlr_layer_surface_v1_add_listener(layerSurface, &listener, this);
     }
@@ -152,24 +310,31 @@ bool layerShell::isOffered() {
            compositor().viewports != nullptr;
 }
 
+std::optional<QPoint> layerShell::findPointer() {
+    const Compositor& asked = compositor();
+    if (!isOffered() || !asked.hasPointer || asked.surfaces == nullptr || asked.memory == nullptr) {
+        return std::nullopt;
+    }
+    wl_buffer* const pixel = makePixel();
+    return pixel != nullptr ? PointerSearch(*pixel).wait() : std::nullopt;
+}
+
 LayerSurface::LayerSurface(QWidget& theWindow) : window(theWindow) {
     window.setWindowFlag(Qt::BypassWindowManagerHint);
-    spreadShield();
-    role = std::make_unique<Role>(*this, window, topLayer);
     qGuiApp->installEventFilter(this);
 }
 
 LayerSurface::~LayerSurface() = default;
 
 // One pixel, which the compositor stretches: it costs no memory.
-void LayerSurface::spreadShield() {
+void LayerSurface::spreadShield(QScreen& screen) {
     shield = std::make_unique<QWidget>(nullptr, Qt::Tool | Qt::FramelessWindowHint |
                                                     Qt::BypassWindowManagerHint |
                                                     Qt::WindowDoesNotAcceptFocus);
     shield->setAttribute(Qt::WA_TranslucentBackground);
     shield->setAttribute(Qt::WA_ShowWithoutActivating);
     shield->setFixedSize(1, 1);
-    shieldRole = std::make_unique<Role>(*this, *shield, topLayer);
+    shieldRole = std::make_unique<Role>(*this, *shield, screen, topLayer);
     zwlr_layer_surface_v1* const spread = shieldRole->layerSurface;
     zwlr_layer_surface_v1_set_anchor(spread, top | bottom | left | right);
     zwlr_layer_surface_v1_set_exclusive_zone(spread, placedBesideBars);
@@ -192,7 +357,13 @@ void LayerSurface::leaveRoomInShield(const QRect& room) {
     wl_surface_commit(shieldRole->surface);
 }
 
-void LayerSurface::place(const QRect& place, const QRect& screen) {
+void LayerSurface::place(const QRect& place, QScreen& shownOn) {
+    if (!role) {
+        window.setScreen(&shownOn);
+        spreadShield(shownOn);
+        role = std::make_unique<Role>(*this, window, shownOn, topLayer);
+    }
+    const QRect screen = shownOn.geometry();
     const bool isAtTop = place.top() - screen.top() <= screen.bottom() - place.bottom();
     // Where the compositor keeps windows off the bars, the distance is from the bar, not the
     // screen.
@@ -229,7 +400,7 @@ void LayerSurface::setInFront(bool isInFront) {
 }
 
 bool LayerSurface::eventFilter(QObject* watched, QEvent* event) {
-    if (watched == shield->windowHandle() && event->type() == QEvent::MouseButtonPress) {
+    if (shield && watched == shield->windowHandle() && event->type() == QEvent::MouseButtonPress) {
         emit pressedOutside();
         return true;
     }

@@ -12,15 +12,19 @@ bool layerShell::isOffered() {
     return false;
 }
 
+std::optional<QPoint> layerShell::findPointer() {
+    return std::nullopt;
+}
+
 LayerSurface::LayerSurface(QWidget& theWindow) : window(theWindow) {}
 
 LayerSurface::~LayerSurface() = default;
 
-void LayerSurface::place(const QRect&, const QRect&) {}
+void LayerSurface::place(const QRect&, QScreen&) {}
 
 void LayerSurface::setInFront(bool) {}
 
-void LayerSurface::spreadShield() {}
+void LayerSurface::spreadShield(QScreen&) {}
 
 void LayerSurface::leaveRoomInShield(const QRect&) {}
 

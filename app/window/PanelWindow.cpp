@@ -82,7 +82,8 @@ void PanelWindow::moveTo(const QRect& place) {
     correctionsLeft = panelStyle == Style::dropDown && !layer ? placeCorrections : 0;
     move(wantedPosition);
     if (layer) {
-        layer->place(place, screen()->geometry());
+        QScreen* const wanted = QGuiApplication::screenAt(place.center());
+        layer->place(place, wanted != nullptr ? *wanted : *screen());
     }
     if (!shields.empty()) {
         spreadShields();
