@@ -174,10 +174,12 @@ class Trial:
     def over(self):
         """the panel is over the item, or flush with the screen's end"""
         middle = self.item.centre[0]
-        end = (self.screen.width - self.opened.right) / self.host.scale
-        start = self.opened.x / self.host.scale
-        check(self.opened.x - 8 <= middle <= self.opened.right + 8
-              or min(start, end) <= NEAR + 4, f"item at {middle}, panel {self.opened}")
+        area = self.host.area()
+        end = (area.right - self.opened.right) / self.host.scale
+        start = (self.opened.x - area.x) / self.host.scale
+        isFlush = min(start, end) <= NEAR + 4 and not self.host.isExact
+        check(isFlush or self.opened.x - 8 <= middle <= self.opened.right + 8,
+              f"item at {middle}, panel {self.opened}")
         return f"{end:.0f} px from the screen's end"
 
     def whole(self):
@@ -388,6 +390,20 @@ class Trial:
         found = picture.sharpness(self.screen.take(), self.opened.grown(-12 * self.host.scale))
         check(found > 0.25, f"sharpness {found:.2f}")
         return f"sharpness {found:.2f}"
+
+    def others(self):
+        """on a screen of another scale it is there too: near, over, whole and crisp; and back"""
+        remarks = []
+        for number in [*range(1, self.host.others + 1), 0]:
+            self.close()
+            self.host.lookAt(number)
+            self.item = self.changedInBar(self.bare)
+            check(self.item, f"an item on screen {number}")
+            remarks += [f"screen {number}", self.opens()]
+            self.keep(f"screen-{number}")
+            for claim in (self.near, self.over, self.whole, self.crisp):
+                remarks.append(claim())
+        return ", ".join(filter(None, remarks))
 
     def ends(self):
         """the program ends when asked, and the item goes"""

@@ -37,6 +37,7 @@ class Box(NamedTuple):
         return self.x <= x < self.right and self.y <= y < self.bottom
 
     def grown(self, by):
+        by = round(by)
         return Box(self.x - by, self.y - by, self.width + 2 * by, self.height + 2 * by)
 
     def __str__(self):
@@ -53,6 +54,7 @@ class Screen:
 
     def __init__(self, display):
         self.display = display
+        self.hold = 0    # seconds for which a click holds the button down
         self.x = ctypes.CDLL(ctypes.util.find_library("X11") or "libX11.so.6")
         self.x.XOpenDisplay.restype = ctypes.c_void_p
         self.x.XDefaultRootWindow.restype = ctypes.c_ulong
@@ -99,7 +101,9 @@ class Screen:
         self.xdotool("mousemove", x - 1, y)
         self.xdotool("mousemove", x, y)
         time.sleep(0.1)
-        self.xdotool("click", button)
+        self.xdotool("mousedown", button)
+        time.sleep(self.hold)
+        self.xdotool("mouseup", button)
 
     def key(self, *names):
         self.xdotool("key", *names)

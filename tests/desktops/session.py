@@ -30,8 +30,11 @@ class Host:
     bar = "top"
     thickness = 24          # of the bar
     items = (0.5, 1.0)      # the part of the bar's length in which items may come up
+    isExact = False         # whether the panel must be over the item wherever that is
     covers = 0.8            # the part of the bar's place that it covers, at least
     window = ["xterm", "-geometry", "40x8+60+500"]    # another program's window
+    size = "1280x800"       # of all its screens together, logical pixels
+    others = 0              # screens beside the first, of another scale
     scaling = True          # whether the session can be had at scale 2
     clicks = 1              # that it takes to activate an item
     menuEntry = 20          # from the top of the item's menu to its first entry
@@ -141,26 +144,31 @@ class Host:
 
     # Where things are, in pixels -----------------------------------------------------------------
 
+    def area(self):
+        """The desktop's screen, or that of several which is looked at."""
+        return Box(0, 0, self.screen.width, self.screen.height)
+
     def barBox(self):
-        thickness, width, height = self.thickness * self.scale, self.screen.width, self.screen.height
-        return {"top": Box(0, 0, width, thickness),
-                "bottom": Box(0, height - thickness, width, thickness)}[self.bar]
+        area, thickness = self.area(), round(self.thickness * self.scale)
+        y = area.y if self.bar == "top" else area.bottom - thickness
+        return Box(area.x, y, area.width, thickness)
 
     def itemStrip(self):
         """The part of the bar in which the item comes up."""
         box = self.barBox()
         first, end = (int(part * box.width) for part in self.items)
-        return Box(first, box.y, end - first, box.height)
+        return Box(box.x + first, box.y, end - first, box.height)
 
     def below(self):
         """The screen without the bar."""
-        bar = self.barBox()
-        rest = self.screen.height - bar.height
-        return Box(0, bar.bottom if self.bar == "top" else 0, self.screen.width, rest)
+        area, bar = self.area(), self.barBox()
+        return Box(area.x, bar.bottom if self.bar == "top" else area.y, area.width,
+                   area.height - bar.height)
 
     def desk(self):
         """A place that is bare desktop, and that no panel covers."""
-        return int(0.32 * self.screen.width), int(0.45 * self.screen.height)
+        area = self.area()
+        return area.x + int(0.32 * area.width), area.y + int(0.45 * area.height)
 
 
 def setColorScheme(isDark):

@@ -23,13 +23,14 @@ class Sway(Host):
         own.mkdir(0o700)
         config = own / "config"
         config.write_text(f"""
-output * resolution {width}x{height} scale {self.scale} bg {PALE} solid_color
+output * resolution {width}x{height} scale {self.scale}
+output * bg {PALE} solid_color
 default_border pixel 1
 exec env > {own}/session-environment
 {self.more}
 """)
         self.run("sway", *self.notAsRoot(own), "sway", "-c", str(config), WLR_BACKENDS="x11",
-                 WLR_RENDERER="pixman", WLR_X11_OUTPUTS="1", HOME=str(own), XDG_RUNTIME_DIR=str(own))
+                 WLR_RENDERER="pixman", WLR_X11_OUTPUTS=str(1 + self.others), HOME=str(own), XDG_RUNTIME_DIR=str(own))
         self.enterWayland(own / "session-environment", "SWAYSOCK")
 
     def notAsRoot(self, own):

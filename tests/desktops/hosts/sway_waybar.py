@@ -11,11 +11,12 @@ class Desktop(Sway):
     packages = ["sway", "swaybg", "waybar", "foot", "xwayland", "qt6-wayland", "dbus-user-session",
                 "xdg-desktop-portal", "xdg-desktop-portal-gtk"]
     thickness = 28
+    modules = {"modules-left": ["sway/workspaces", "wlr/taskbar"], "modules-right": ["tray"]}
 
     def startBar(self):
         config = self.write("waybar/config", json.dumps({
-            "height": self.thickness, "modules-left": ["sway/workspaces", "wlr/taskbar"],
-            "modules-right": ["tray"], "tray": {"icon-size": 20}}))
+            "height": self.thickness, "position": self.bar, "tray": {"icon-size": 20},
+            **self.modules}))
         style = self.write("waybar/style.css", """
             * { font-size: 12px; min-height: 0; border-radius: 0; }
             window#waybar { background: #202020; color: white; }
