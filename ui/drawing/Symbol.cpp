@@ -67,8 +67,11 @@ QPainterPath checkmarkCircle() {
 
 QPainterPath onGrid(Symbol symbol) {
     switch (symbol) {
-        case Symbol::handRaisedFill:
-            return hand();
+        case Symbol::handRaisedFill: {
+            // Every start needs it in many sizes, and uniting outlines is costly.
+            static const QPainterPath path = hand();
+            return path;
+        }
         case Symbol::playFill:
             return play();
         case Symbol::stopFill:
