@@ -4,7 +4,6 @@
 #include <cstdio>
 #include <memory>
 
-#include "app/ApplicationIcon.h"
 #include "app/BonkoraApp.h"
 #include "app/MenuBarExtra.h"
 #include "app/Messages.h"
@@ -31,7 +30,6 @@ void nameApplication() {
     QGuiApplication::setDesktopFileName("org.bonkora.Bonkora");
     QGuiApplication::setQuitOnLastWindowClosed(false);
     QApplication::setStyle("Fusion");
-    QApplication::setWindowIcon(applicationIcon());
 }
 
 int runScene(const platform::Bundle& bundle, SingleInstance& instance) {

@@ -6,6 +6,7 @@
 #include <chrono>
 #include <utility>
 
+#include "app/ApplicationIcon.h"
 #include "app/desktop/WindowSystem.h"
 #include "app/window/LayerShell.h"
 #include "app/window/PanelPlacement.h"
@@ -147,6 +148,9 @@ void MenuBarExtra::openPanel(PanelWindow::Style style, const QRect& place) {
         panel->close();
     }
     panel = new PanelWindow(scene.content(environment), style);
+    // Of this window and its dialogs alone: an item has none, and drawing it would take a third of
+    // the start in an embedding tray.
+    panel->setWindowIcon(applicationIcon());
     connect(panel, &PanelWindow::pressedOutside, this,
             [this] { handleInNextTurn(Event::pressedOutside); });
     connect(panel, &PanelWindow::escapePressed, this,
