@@ -3,6 +3,7 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <cstring>
 
 namespace bonkora::platform {
 namespace {
@@ -26,6 +27,20 @@ std::size_t leadingSpace(std::string_view text) {
     return (first & 0xF0U) == 0xE0 && text.size() >= 3 && isSpace ? 3 : 0;
 }
 
+// How many bytes from `index` on are surely ASCII: as many eights as are nothing else.
+std::size_t asciiFrom(std::string_view bytes, std::size_t index) {
+    constexpr std::uint64_t highBits = 0x8080808080808080U;
+    const std::size_t start = index;
+    std::uint64_t eight = 0;
+    for (; index + sizeof eight <= bytes.size(); index += sizeof eight) {
+        std::memcpy(&eight, bytes.data() + index, sizeof eight);
+        if ((eight & highBits) != 0) {
+            break;
+        }
+    }
+    return index - start;
+}
+
 // Where the last character begins.
 std::size_t lastCharacter(std::string_view text) {
     std::size_t start = text.size() - 1;
@@ -38,7 +53,7 @@ std::size_t lastCharacter(std::string_view text) {
 }  // namespace
 
 bool isValidUtf8(std::string_view bytes) {
-    for (std::size_t index = 0; index < bytes.size();) {
+    for (std::size_t index = asciiFrom(bytes, 0); index < bytes.size();) {
         const auto first = static_cast<unsigned char>(bytes[index++]);
         if (first < 0x80) {
             continue;
@@ -71,6 +86,7 @@ bool isValidUtf8(std::string_view bytes) {
             lowest = 0x80;
             highest = 0xBF;
         }
+        index += asciiFrom(bytes, index);
     }
     return true;
 }
