@@ -25,6 +25,9 @@ constexpr auto launcherScriptLife = 2000ms;
 constexpr std::size_t backlogCapacity = std::size_t{4} << 20U;
 constexpr std::size_t chunkOverhead = 128;
 
+// Of a slap's console line, in bytes; a longer one takes more memory.
+constexpr std::size_t longestUsualSlap = 64;
+
 constexpr mode_t launcherPermissions = 0755;
 constexpr mode_t pipePermissions = 0644;
 
@@ -223,8 +226,7 @@ void SpankWrapper::handleJSON(const DetectorEvent& event, std::string_view line)
             if (event.amplitude) {
                 lastAmplitude = *event.amplitude;
             }
-            platform.console->print("👋 Slap #" + platform::decimal(slapCount) + " (amplitude: " +
-                                    platform::shortestDecimal(lastAmplitude) + ")");
+            printSlap();
             break;
         case DetectorEvent::Kind::ready:
             statusMessage = "Listening for slaps...";
@@ -241,6 +243,18 @@ void SpankWrapper::handleJSON(const DetectorEvent& event, std::string_view line)
         case DetectorEvent::Kind::nothing:
             break;
     }
+}
+
+// In one piece of memory: a flood brings a million of these.
+void SpankWrapper::printSlap() const {
+    std::string text;
+    text.reserve(longestUsualSlap);
+    text += "👋 Slap #";
+    text += platform::decimal(slapCount);
+    text += " (amplitude: ";
+    text += platform::shortestDecimal(lastAmplitude);
+    text += ')';
+    platform.console->print(text);
 }
 
 void SpankWrapper::countSlap() {

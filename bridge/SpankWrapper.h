@@ -80,6 +80,7 @@ class SpankWrapper final : public platform::ObservableObject,
     void handleLine(std::string_view line);
     void handleJSON(const DetectorEvent& event, std::string_view line);
     void countSlap();
+    void printSlap() const;
     void startAfterPause();
 
     std::shared_ptr<platform::Process> spankProcess;
