@@ -1,7 +1,8 @@
 // The baseline for start and memory: as little as a Qt program with a tray icon can be. With
-// "--window" it also shows an empty window of the panel's size; with "--closed" it destroys that
-// window again half a second later. "--texts" fills the window with plain labels that show as many
-// texts as the panel, in as many fonts: what any window with text costs, whoever draws it.
+// "--texts" it also shows a window of the panel's size that is full of plain labels, which show as
+// many texts as the panel, in as many fonts: what any window with text costs, whoever draws it.
+// With
+// "--closed" it destroys that window again half a second later.
 #include <QApplication>
 #include <QFontDatabase>
 #include <QIcon>
@@ -42,11 +43,9 @@ int main(int argumentCount, char** arguments) {
 
     const QString mode = QApplication::arguments().value(1);
     std::unique_ptr<QWidget> window;
-    if (mode == "--window" || mode == "--closed" || mode == "--texts") {
+    if (mode == "--texts" || mode == "--closed") {
         window = std::make_unique<QWidget>();
-        if (mode == "--texts") {
-            fillWithTexts(*window);
-        }
+        fillWithTexts(*window);
         window->setFixedSize(340, 520);
         window->show();
     }

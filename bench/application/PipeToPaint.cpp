@@ -1,9 +1,9 @@
 // From the detector's write to the repainted count, against a minimal Qt program that shows a
 // pipe's text in a label: both read what a child copies from a named pipe, both are timed from the
-// write into that pipe to the paint event of the label that shows it. The median of many, in turns.
+// write into that pipe to the paint event of the label that shows it. In turns, as often as asked.
 // Figures on standard error, one "name value" a line, in microseconds.
 //
-// usage: pipe_to_paint FOLDER    (an empty one; needs a display)
+// usage: pipe_to_paint FOLDER OURS MINIMAL    (an empty one, and how often each; needs a display)
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -18,11 +18,11 @@
 #include <chrono>
 #include <csignal>
 #include <cstdio>
+#include <cstdlib>
 #include <fstream>
 #include <functional>
 #include <memory>
 #include <string>
-#include <vector>
 
 #include "app/QtMainQueue.h"
 #include "bridge/SpankWrapper.h"
@@ -32,8 +32,6 @@
 
 namespace bonkora {
 namespace {
-
-constexpr int samples = 300;
 
 using Clock = std::chrono::steady_clock;
 
@@ -87,15 +85,12 @@ class MinimalViewer {
     QLabel label;
 };
 
-double median(std::vector<double> values) {
-    std::nth_element(values.begin(), values.begin() + samples / 2, values.end());
-    return values[samples / 2];
-}
-
 class Bench {
   public:
-    explicit Bench(const std::string& folder)
-        : minimalPipe(namedPipe(folder + "/minimal")),
+    Bench(const std::string& folder, int timesOurs, int timesMinimal)
+        : ours{timesOurs},
+          minimalProgram{timesMinimal},
+          minimalPipe(namedPipe(folder + "/minimal")),
           ourPipe(namedPipe(folder + "/ours")),
           minimal(folder + "/minimal") {
         std::ofstream(folder + "/spank") << "stands there as the detector";
@@ -114,22 +109,29 @@ class Bench {
     }
 
   private:
+    struct Turns {
+        bool isDone() const { return done == wanted; }
+
+        const int wanted;
+        int done = 0;
+    };
+
     void next() {
-        if (ours.size() == samples) {
-            std::fprintf(stderr, "minimal_program_us %.1f\n", median(baseline));
-            std::fprintf(stderr, "write_to_paint_us %.1f\n", median(ours));
+        if (ours.isDone() && minimalProgram.isDone()) {
             QCoreApplication::quit();
             return;
         }
-        const bool isOurs = baseline.size() > ours.size();
-        auto& results = isOurs ? ours : baseline;
-        const auto number = static_cast<int>(results.size()) + 1;
+        const bool isOurs =
+            minimalProgram.isDone() || (!ours.isDone() && minimalProgram.done > ours.done);
+        Turns& turns = isOurs ? ours : minimalProgram;
+        const int number = ++turns.done;
         const std::string line = isOurs ? "{\"type\":\"slap\",\"amplitude\":0.5}\n"
                                         : "number " + std::to_string(number) + "\n";
         watch.expected = isOurs ? QString::number(number) : QString("number %1").arg(number);
-        watch.painted = [this, &results] {
-            results.push_back(
-                std::chrono::duration<double, std::micro>(Clock::now() - written).count());
+        watch.painted = [this, isOurs] {
+            const std::chrono::duration<double, std::micro> taken = Clock::now() - written;
+            std::fprintf(stderr, "%s %.1f\n", isOurs ? "write_to_paint" : "minimal_program",
+                         taken.count());
             QTimer::singleShot(10, &watch, [this] { next(); });
         };
         written = Clock::now();
@@ -140,6 +142,8 @@ class Bench {
         }
     }
 
+    Turns ours;
+    Turns minimalProgram;
     const platform::UniqueDescriptor minimalPipe;
     const platform::UniqueDescriptor ourPipe;
     MinimalViewer minimal;
@@ -149,8 +153,6 @@ class Bench {
     std::unique_ptr<MenuBarContentView> view;
     PaintWatch watch;
     Clock::time_point written;
-    std::vector<double> baseline;
-    std::vector<double> ours;
 };
 
 }  // namespace
@@ -159,12 +161,12 @@ class Bench {
 int main(int argumentCount, char** arguments) {
     bonkora::platform::prepareStandardStreams();
     const QApplication application(argumentCount, arguments);
-    if (argumentCount != 2) {
-        std::fprintf(stderr, "usage: %s FOLDER\n", arguments[0]);
+    if (argumentCount != 4) {
+        std::fprintf(stderr, "usage: %s FOLDER OURS MINIMAL\n", arguments[0]);
         return 2;
     }
     QApplication::setStyle("Fusion");
-    const bonkora::Bench bench(arguments[1]);
+    const bonkora::Bench bench(arguments[1], std::atoi(arguments[2]), std::atoi(arguments[3]));
     const int status = QApplication::exec();
     // The children copy on until their pipes have no writer any more: end with them at once.
     ::kill(0, SIGTERM);

@@ -1,16 +1,20 @@
 // A million slap lines on their whole way: a real child writes them to a real pipe, the controller
 // counts each and prints its console line to standard output; against the JSON reader alone on the
-// same lines. Then ten times a million, one child after another, for the memory that a session of
-// ten million leaves behind. Figures on standard error, one "name value" a line, times in seconds.
+// same lines; five times, in turns. Then ten times a million, one child after another, for the
+// memory that a session of ten million leaves behind. Figures on standard error, one "name value" a
+// line, times in seconds of the processor.
 //
-// usage: slap_lines FOLDER [LINES]    (an empty one; the lines are written into it)
+// usage: slap_lines FOLDER [LINES [ROADS READERS]]
+// FOLDER is an empty one; the lines are written into it. With the last two arguments it goes each
+// of the two ways that often and does nothing else, so that their instructions can be counted.
 #include <malloc.h>
 #include <unistd.h>
 
 #include <QCoreApplication>
-#include <chrono>
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <ctime>
 #include <fstream>
 #include <functional>
 #include <memory>
@@ -27,30 +31,37 @@ namespace bonkora {
 namespace {
 
 int lines = 1'000'000;
+constexpr int turns = 5;
 
-using Clock = std::chrono::steady_clock;
-
-double secondsSince(Clock::time_point start) {
-    return std::chrono::duration<double>(Clock::now() - start).count();
+// Of the processor, all threads and the kernel's work for them included: what the wall's clock says
+// depends on whatever else the machine does.
+double secondsSoFar() {
+    timespec time{};
+    ::clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
+    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) / 1e9;
 }
 
 std::string line(int number) {
     return R"({"type":"slap","amplitude":0.)" + std::to_string(1000 + number % 9000) + "}";
 }
 
-double jsonReaderAlone() {
+std::vector<std::string> allLines() {
     std::vector<std::string> texts;
     texts.reserve(static_cast<std::size_t>(lines));
     for (int number = 0; number < lines; ++number) {
         texts.push_back(line(number));
     }
-    const auto start = Clock::now();
+    return texts;
+}
+
+double jsonReaderAlone(const std::vector<std::string>& texts) {
+    const double start = secondsSoFar();
     std::size_t keys = 0;
     for (const std::string& text : texts) {
         keys += platform::readJsonObject(text)->size();
     }
-    const double seconds = secondsSince(start);
-    if (keys != 2 * static_cast<std::size_t>(lines)) {
+    const double seconds = secondsSoFar() - start;
+    if (keys != 2 * texts.size()) {
         std::fprintf(stderr, "the reader lost a key\n");
         std::_Exit(1);
     }
@@ -112,7 +123,7 @@ class Session {
     // Seconds until a million more are counted and printed.
     double countAMillion() {
         const std::int64_t last = wrapper->slapCount + lines - 1;
-        const auto start = Clock::now();
+        const double start = secondsSoFar();
         double seconds = 0;
         hasEnded = isCounted = false;
         const auto subscription = wrapper->objectWillChange.sink([&] {
@@ -120,7 +131,7 @@ class Session {
                 seconds = -1;
                 // The last slap is about to be stored, and its line printed within this turn.
                 queue->async([&] {
-                    seconds = secondsSince(start);
+                    seconds = secondsSoFar() - start;
                     done(isCounted);
                 });
             }
@@ -145,24 +156,39 @@ class Session {
     std::shared_ptr<SpankWrapper> wrapper;
 };
 
-int run(const std::string& folder) {
-    {
-        std::ofstream file(folder + "/spank");
-        for (int number = 0; number < lines; ++number) {
-            file << line(number) << '\n';
+void writeLines(const std::string& folder) {
+    std::ofstream file(folder + "/spank");
+    for (int number = 0; number < lines; ++number) {
+        file << line(number) << '\n';
+    }
+}
+
+void goOften(const std::string& folder, int roads, int readers) {
+    Session session(folder);
+    const auto texts = allLines();
+    for (int time = 0; time < std::max(roads, readers); ++time) {
+        if (time < roads) {
+            session.countAMillion();
+        }
+        if (time < readers) {
+            jsonReaderAlone(texts);
         }
     }
+}
+
+void measure(const std::string& folder) {
     Session session(folder);
     session.countAMillion();  // warm
-    std::fprintf(stderr, "json_reader_alone %.3f\n", jsonReaderAlone());
-    std::fprintf(stderr, "whole_road %.3f\n", session.countAMillion());
+    for (int turn = 0; turn < turns; ++turn) {
+        std::fprintf(stderr, "json_reader_alone %.3f\n", jsonReaderAlone(allLines()));
+        std::fprintf(stderr, "whole_road %.3f\n", session.countAMillion());
+    }
     const long before = residentKiB();
     for (int times = 0; times < 10; ++times) {
         session.countAMillion();
     }
     std::fprintf(stderr, "resident_before_ten_million_kib %ld\n", before);
     std::fprintf(stderr, "resident_after_ten_million_kib %ld\n", residentKiB());
-    return 0;
 }
 
 }  // namespace
@@ -171,12 +197,18 @@ int run(const std::string& folder) {
 int main(int argumentCount, char** arguments) {
     bonkora::platform::prepareStandardStreams();
     if (argumentCount < 2) {
-        std::fprintf(stderr, "usage: %s FOLDER [LINES]\n", arguments[0]);
+        std::fprintf(stderr, "usage: %s FOLDER [LINES [ROADS READERS]]\n", arguments[0]);
         return 2;
     }
     if (argumentCount > 2) {
         bonkora::lines = std::atoi(arguments[2]);
     }
     const QCoreApplication application(argumentCount, arguments);
-    return bonkora::run(arguments[1]);
+    bonkora::writeLines(arguments[1]);
+    if (argumentCount > 4) {
+        bonkora::goOften(arguments[1], std::atoi(arguments[3]), std::atoi(arguments[4]));
+    } else {
+        bonkora::measure(arguments[1]);
+    }
+    return 0;
 }
