@@ -12,18 +12,22 @@
 #include <QTimer>
 #include <QVBoxLayout>
 #include <QWidget>
+#include <array>
 #include <memory>
 
 namespace {
 
 void fillWithTexts(QWidget& window) {
     auto* column = new QVBoxLayout(&window);
-    const QFont fixed = QFontDatabase::systemFont(QFontDatabase::FixedFont);
-    for (int i = 0; i < 24; ++i) {
-        auto* label = new QLabel(i % 6 == 0 ? QString::fromUtf8("Label \U0001F44B %1").arg(i)
-                                            : QString("Label number %1, as long as ours").arg(i));
+    QFont fixed;
+    fixed.setFamilies({"Hack", "Noto Sans Mono", "DejaVu Sans Mono"});
+    const std::array symbols{"\U0001F44B", "\U0001F3B5", "\U0001F525", "\U0001F680"};
+    for (std::size_t i = 0; i < 24; ++i) {
+        const QString symbol = QString::fromUtf8(symbols[i / 6]);
+        auto* label =
+            new QLabel(i % 6 == 0 ? symbol : QString("Label number %1, as long as ours").arg(i));
         QFont font = i % 2 == 0 ? fixed : label->font();
-        font.setPixelSize(10 + i % 5);
+        font.setPixelSize(10 + static_cast<int>(i % 5));
         font.setBold(i % 3 == 0);
         label->setFont(font);
         column->addWidget(label);

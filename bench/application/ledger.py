@@ -1,6 +1,7 @@
 """The figures that were written down (figures.tsv), and what is measured beside them."""
 
 import pathlib
+import platform
 import statistics
 
 FILE = pathlib.Path(__file__).with_name("figures.tsv")
@@ -8,13 +9,22 @@ GROWTH = 1.1    # what a figure may grow before it counts as grown
 HEAD = ("# What each figure of the application should be at most, and what it was when it was last written\n"
         "# down with --keep. Ratios to a baseline of the same run, unless a unit says otherwise.\n"
         "# figure\tgoal\twas\n")
+OF = "# of: "    # the line that tells on which system
+
+
+def system():
+    release = platform.freedesktop_os_release()
+    return " ".join((release["ID"], release.get("VERSION_ID", ""), platform.machine()))
 
 
 class Ledger:
     def __init__(self):
         self.rows = {}      # figure -> [goal, what it was]
+        self.of = None      # the system that they were written down on: others' libraries cost otherwise
         for line in FILE.read_text().splitlines():
-            if not line.startswith("#"):
+            if line.startswith(OF):
+                self.of = line.removeprefix(OF)
+            elif not line.startswith("#"):
                 figure, goal, was = line.split("\t")
                 self.rows[figure] = [float(goal), float(was)]
         self.lines, self.measured, self.grown, self.missed = [], {}, [], []
@@ -57,5 +67,5 @@ class Ledger:
     def keep(self):
         for figure, value in self.measured.items():
             self.rows[figure][1] = value
-        FILE.write_text(HEAD + "".join(f"{figure}\t{goal:.2f}\t{was:.2f}\n"
-                                       for figure, (goal, was) in self.rows.items()))
+        rows = (f"{figure}\t{goal:.2f}\t{was:.2f}\n" for figure, (goal, was) in self.rows.items())
+        FILE.write_text(f"{HEAD}{OF}{system()}\n" + "".join(rows))
