@@ -155,7 +155,7 @@ class Clone(unittest.TestCase):
         for name in ("scripts/test-results",):
             shutil.copy(ROOT / name, self.folder / name)
         programs = {"scripts/install-packages": "", "bin/chown": "", "scripts/check-format": "",
-                    "scripts/check-tidy": "", "scripts/check-macos": "",
+                    "scripts/check-tidy": "", "scripts/check-macos": "", "bench/application/run": "",
                     "scripts/try-release": 'echo "$*" >>tried',
                     # The first build of "asan" fails.
                     "bin/cmake": """
@@ -178,6 +178,7 @@ class Clone(unittest.TestCase):
             esac | sed 's|.*|<suite>&</suite>|' >"$file"
             """.replace("\\\\", "\\")}
         (self.folder / "bin").mkdir()
+        (self.folder / "bench/application").mkdir(parents=True)
         for name, script in programs.items():
             (self.folder / name).write_text(f"#!/bin/bash\n{script}\n")
             (self.folder / name).chmod(0o755)
@@ -230,7 +231,7 @@ class Clone(unittest.TestCase):
         (self.folder / "slow").touch()
         done = self.runTestWithStandIns("--all")
         self.assertEqual(done.returncode, 0, done.stdout + done.stderr)
-        self.assertIn("14 phases", done.stdout)
+        self.assertIn("15 phases", done.stdout)
         self.assertRegex((self.folder / "tried").read_text(), r"\A--build (bookworm|trixie)\n\Z")
         builds = (self.folder / "builds").read_text().splitlines()
         for preset in ("asan", "tsan", "clang", "fuzz"):
