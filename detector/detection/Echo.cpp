@@ -16,7 +16,7 @@ constexpr std::int64_t roomsTail = 25;       // in which an echo dies away
 constexpr std::int64_t compared = 192;       // frames to learn from
 constexpr std::int64_t fewestSounding = 40;  // of them
 constexpr std::int64_t learningPause = 25;   // between two looks
-constexpr std::int64_t looseness = 2;        // of a lag that is certain,
+constexpr std::int64_t looseness = 2;        // of a lag that is certain, besides unsteadiness,
 constexpr std::int64_t firstLooseness = 15;  // and of one that was just found
 constexpr int certain = 3;                   // looks that agree
 
@@ -31,6 +31,7 @@ constexpr float blowMargin = 6.0F;     // of the energy, by which a blow exceeds
 constexpr float onsetMargin = 100.0F;  // and where the answer itself begins a sound
 constexpr float onsetRise = 3.0F;      // of the energy: there it begins one
 constexpr double averaging = 0.02;     // of a new look at the origin
+constexpr double calming = 0.98;       // of the unsteadiness, from call to call
 constexpr double torn = 30.0;          // frames: one of the streams has paused
 
 float sum(const Bands::Levels& levels) {
@@ -180,9 +181,13 @@ void Echo::align(double heardSeconds) {
         heardSeconds / (blockSeconds * blocksPerFrame) - static_cast<double>(playedFrames);
     if (!origin || std::abs(now - *origin) > torn) {
         origin = now;
+        unsteadiness = 0.0;
         lag.reset();
         looks = 0;
     }
+    // A player that is late, or whose buffer ran dry, shifts what is heard at once, the average
+    // slowly.
+    unsteadiness = std::max(calming * unsteadiness, std::abs(now - *origin));
     *origin += averaging * (now - *origin);
 }
 
@@ -312,7 +317,8 @@ bool Echo::explains(std::size_t blocks) const {
     const auto base = static_cast<Index>(std::lround(*origin));
     const Index last = heardFrames - 1;
     const Index first = last - static_cast<Index>(blocks / blocksPerFrame);
-    const Index loose = agreeing >= certain ? looseness : firstLooseness;
+    const Index loose = (agreeing >= certain ? looseness : firstLooseness) +
+                        static_cast<Index>(std::ceil(unsteadiness));
     const Index earliest = lag ? *lag - loose : earliestLag;
     const Index latest = lag ? *lag + loose : latestLag;
     if (lastSounding < first - base - latest - roomsTail) {

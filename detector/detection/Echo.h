@@ -73,6 +73,7 @@ class Echo {
     // The microphone's frame that arrived while frame 0 was handed out, as an average: both streams
     // come in pieces.
     std::optional<double> origin;
+    double unsteadiness = 0.0;  // frames by which that was lately missed
     std::vector<double> alike;  // at each lag, the mean of the looks
     int looks = 0;
     std::optional<Index> lag;  // frames from there to the echo
