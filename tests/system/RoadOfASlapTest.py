@@ -61,8 +61,8 @@ class RoadOfASlap(RoadCase):
 
         self.stop()
         self.app.find("label", "Stopped")
-        self.assertEqual(sorted(desktop.descriptors(self.app.pid).values()),
-                         sorted(descriptors.values()))
+        desktop.waitFor(lambda: sorted(desktop.descriptors(self.app.pid).values())
+                        == sorted(descriptors.values()), "no other descriptor than before")
         self.assertEqual(desktop.zombies(self.app.pid), [])
 
         self.start()
